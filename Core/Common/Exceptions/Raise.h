@@ -1,0 +1,29 @@
+// The one way library code throws: record where, log, throw.
+//
+//   if (width <= 0)
+//     RTE::Raise(RTE::InvalidArgumentError(QObject::tr("Width must be positive")));
+//
+// The caller's file and line are taken from std::source_location, so the call site
+// is what reports show.
+#pragma once
+
+#include <Core/Common/Exceptions/Exception.h>
+
+#include <source_location>
+#include <type_traits>
+#include <utility>
+
+namespace RTE
+{
+
+template <typename E>
+requires std::is_base_of_v<Exception, std::remove_cvref_t<E>>
+[[noreturn]] void Raise(E&& exception, const std::source_location& where = std::source_location::current())
+{
+  std::remove_cvref_t<E> raised(std::forward<E>(exception));
+  raised.setLocation(QString::fromUtf8(where.file_name()), static_cast<unsigned int>(where.line()));
+  raised.log();
+  throw raised;
+}
+
+} // namespace RTE

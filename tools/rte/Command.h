@@ -1,0 +1,49 @@
+// Subcommands and demo steps of the rte tool. Each source registers its own at start-up:
+//
+//   static const rte::CommandRegistration reg{{"units", "List and convert units", &runUnits}};
+//   static const rte::DemoStepRegistration step{{20, "Units", &demoUnits}};
+#pragma once
+
+#include <QStringList>
+#include <QTextStream>
+
+#include <functional>
+#include <vector>
+
+namespace rte
+{
+
+struct Command
+{
+  QString name;
+  QString summary;
+  // arguments[0] is "rte <name>", the rest what followed the name on the command line.
+  // Returns the process exit code.
+  std::function<int(const QStringList& arguments)> run;
+};
+
+struct DemoStep
+{
+  int order; // steps run in ascending order
+  QString title;
+  std::function<void(QTextStream& out)> run;
+};
+
+// Registered commands, sorted by name; registered steps, sorted by order.
+std::vector<Command>& commands();
+std::vector<DemoStep>& demoSteps();
+
+struct CommandRegistration
+{
+  explicit CommandRegistration(Command command);
+};
+
+struct DemoStepRegistration
+{
+  explicit DemoStepRegistration(DemoStep step);
+};
+
+QTextStream& out();
+QTextStream& err();
+
+} // namespace rte

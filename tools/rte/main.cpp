@@ -1,0 +1,69 @@
+// rte: command-line access to the Core.Common library.
+#include "Command.h"
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+
+namespace
+{
+
+QString commandList()
+{
+  QString text = QStringLiteral("Commands:\n");
+  for (const rte::Command& command : rte::commands())
+    text += QStringLiteral("  %1  %2\n").arg(command.name, -12).arg(command.summary);
+  return text;
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+  QCoreApplication app(argc, argv);
+  QCoreApplication::setApplicationName(QStringLiteral("rte"));
+  QCoreApplication::setApplicationVersion(QStringLiteral(RTE_TOOL_VERSION));
+
+  QCommandLineParser parser;
+  parser.setApplicationDescription(QStringLiteral("Command-line access to the Core.Common runtime library.\n\n") +
+                                   commandList() +
+                                   QStringLiteral("\nRun 'rte <command> --help' for the options of a command."));
+  parser.addHelpOption();
+  parser.addVersionOption();
+  parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("The command to run (see above)."));
+  parser.setOptionsAfterPositionalArgumentsMode(QCommandLineParser::ParseAsPositionalArguments);
+
+  const QStringList arguments = QCoreApplication::arguments();
+  if (!parser.parse(arguments))
+  {
+    rte::err() << parser.errorText() << "\n" << Qt::flush;
+    return 2;
+  }
+  if (parser.isSet(QStringLiteral("version")))
+    parser.showVersion();
+  const QStringList positional = parser.positionalArguments();
+  if (parser.isSet(QStringLiteral("help")) || positional.isEmpty())
+  {
+    if (positional.isEmpty() && !parser.isSet(QStringLiteral("help")))
+    {
+      rte::err() << parser.helpText() << Qt::flush;
+      return 2;
+    }
+    parser.showHelp(0);
+  }
+
+  const QString name = positional.first();
+  for (const rte::Command& command : rte::commands())
+  {
+    if (command.name == name)
+    {
+      QStringList rest = positional.mid(1);
+      rest.prepend(QStringLiteral("rte ") + name);
+      const int code = command.run(rest);
+      rte::out() << Qt::flush;
+      rte::err() << Qt::flush;
+      return code;
+    }
+  }
+  rte::err() << "rte: unknown command '" << name << "'\n\n" << commandList() << Qt::flush;
+  return 2;
+}
