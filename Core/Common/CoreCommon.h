@@ -17,9 +17,26 @@
 #include <Core/Common/Logging/ApplicationLogger.h>
 #include <Core/Common/Logging/DeveloperInfoText.h>
 
+// Settings storage
+
+// Parameter model
+
+// Units and quantities
+
+// Engine cycle timing
+
+// Device data and compression
+
+// Plug-ins and libraries
+
+// Recipes
+
 // Platform services
 #include <Core/Common/OperatingSystem/C_SystemInfo.h>
 #include <Core/Common/OperatingSystem/ThreadHandle.h>
 
 // Utilities
 #include <Core/Common/Utilities/VisibilityLevel.h>
+
+// Geometry
+
