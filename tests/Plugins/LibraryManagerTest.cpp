@@ -5,6 +5,9 @@
 #include "LogCapture.h"
 #include "PluginTestSupport.h"
 
+#include <QCoreApplication>
+#include <QProcess>
+
 #include <algorithm>
 
 using RTE::LibraryManager;
@@ -28,6 +31,25 @@ TEST(PluginExtension, IsTheSharedLibrarySuffix)
 {
   EXPECT_EQ(RTE::pluginExtension(), QStringLiteral(".so"));
   EXPECT_TRUE(shapesLibrary().endsWith(RTE::pluginExtension()));
+}
+
+TEST(LibraryManagerLifetime, CreationAndDestructionAreLogged)
+{
+  // The manager lives as long as the process, so only a process of its own shows both
+  // ends: this program again, running one small test with the category enabled.
+  QProcess child;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert(QStringLiteral("QT_LOGGING_RULES"), QStringLiteral("Core.LibraryManager.debug=true"));
+  environment.insert(QStringLiteral("QT_MESSAGE_PATTERN"), QStringLiteral("[%{category}] %{message}"));
+  child.setProcessEnvironment(environment);
+  child.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--gtest_filter=PluginExtension.*")});
+  ASSERT_TRUE(child.waitForFinished(60000));
+  EXPECT_EQ(child.exitCode(), 0);
+  const QString log = QString::fromLocal8Bit(child.readAllStandardError());
+  const qsizetype created = log.indexOf(QStringLiteral("[Core.LibraryManager] LibraryManager created\n"));
+  const qsizetype destroyed = log.indexOf(QStringLiteral("[Core.LibraryManager] LibraryManager destroyed\n"));
+  EXPECT_GE(created, 0) << log.toStdString();
+  EXPECT_GT(destroyed, created) << log.toStdString();
 }
 
 using LibraryManagerTest = PluginLibraryTest;
