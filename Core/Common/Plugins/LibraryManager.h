@@ -79,9 +79,9 @@ public:
                                       const QString& namePattern);
   // Loads one library file; true when it is in the process afterwards (loaded now or
   // before).
-  bool loadLibrary(const QString& path);
+  [[nodiscard]] bool loadLibrary(const QString& path);
   // Loads one plug-in library file.
-  LoadingResult loadPluginLibrary(const QString& path);
+  [[nodiscard]] LoadingResult loadPluginLibrary(const QString& path);
   // Drops the library from the manager (see the flags above); false when the manager
   // does not hold it.
   bool unloadLibrary(const QString& path, bool enforceUnload);
