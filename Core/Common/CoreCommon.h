@@ -28,6 +28,16 @@
 // Device data and compression
 
 // Plug-ins and libraries
+#include <Core/Common/Plugins/C_PluginFactory.h>
+#include <Core/Common/Plugins/C_PluginObject.h>
+#include <Core/Common/Plugins/C_PluginRegistry.h>
+#include <Core/Common/Plugins/I_CreationContext.h>
+#include <Core/Common/Plugins/I_Plugin.h>
+#include <Core/Common/Plugins/I_PluginFactory.h>
+#include <Core/Common/Plugins/Library.h>
+#include <Core/Common/Plugins/LibraryManager.h>
+#include <Core/Common/Plugins/PluginConfiguration.h>
+#include <Core/Common/Plugins/PluginExtension.h>
 
 // Recipes
 
