@@ -102,18 +102,18 @@ int runList(const QStringList& arguments)
   {
     const RTE::Units& units = *registry.findUnitsByType(type);
     out << type << " (base unit " << units.GetBaseUnitId() << ")\n";
-    out << QStringLiteral("  %1 %2 %3 %4\n")
-               .arg(QStringLiteral("id"), -8)
-               .arg(QStringLiteral("label"), -8)
-               .arg(QStringLiteral("factor"), -22)
-               .arg(QStringLiteral("offset"));
+    // Columns padded one by one: chained arg() would read a "%1" inside an id as a
+    // placeholder.
+    const auto row = [&out](const QString& id, const QString& label, const QString& factor, const QString& offset)
+    {
+      out << "  " << id.leftJustified(8) << " " << label.leftJustified(8) << " " << factor.leftJustified(22) << " "
+          << offset << "\n";
+    };
+    row(QStringLiteral("id"), QStringLiteral("label"), QStringLiteral("factor"), QStringLiteral("offset"));
     for (const RTE::Unit& unit : units.GetAllUnits())
     {
-      out << QStringLiteral("  %1 %2 %3 %4\n")
-                 .arg(unit.id, -8)
-                 .arg(unit.label, -8)
-                 .arg(QString::number(unit.factor, 'g', QLocale::FloatingPointShortest), -22)
-                 .arg(QString::number(unit.offset, 'g', QLocale::FloatingPointShortest));
+      row(unit.id, unit.label, QString::number(unit.factor, 'g', QLocale::FloatingPointShortest),
+          QString::number(unit.offset, 'g', QLocale::FloatingPointShortest));
     }
   }
   return 0;
