@@ -22,6 +22,40 @@
 // Parameter model
 
 // Units and quantities
+#include <Core/Common/Units/AccelerationUnits.h>
+#include <Core/Common/Units/AngleUnits.h>
+#include <Core/Common/Units/ArbitraryUnits.h>
+#include <Core/Common/Units/AutoFormatValueWithUnit.h>
+#include <Core/Common/Units/ConcentrationUnits.h>
+#include <Core/Common/Units/DefaultUnits.h>
+#include <Core/Common/Units/DimensionlessUnits.h>
+#include <Core/Common/Units/DiopterUnits.h>
+#include <Core/Common/Units/EmptyUnits.h>
+#include <Core/Common/Units/FixedNumericFormat.h>
+#include <Core/Common/Units/ForceUnits.h>
+#include <Core/Common/Units/FrequencyUnits.h>
+#include <Core/Common/Units/LengthUnits.h>
+#include <Core/Common/Units/NumberFormatter.h>
+#include <Core/Common/Units/NumericFormat.h>
+#include <Core/Common/Units/PartsPerUnit.h>
+#include <Core/Common/Units/PreferredUnits.h>
+#include <Core/Common/Units/PressureUnits.h>
+#include <Core/Common/Units/RamanShiftUnits.h>
+#include <Core/Common/Units/ScientificFormat.h>
+#include <Core/Common/Units/StrainAccelerationUnits.h>
+#include <Core/Common/Units/StrainRate2Units.h>
+#include <Core/Common/Units/StrainRateUnits.h>
+#include <Core/Common/Units/StrainUnits.h>
+#include <Core/Common/Units/SwirlingStrengthDimensionfulUnits.h>
+#include <Core/Common/Units/SwirlingStrengthDimensionlessUnits.h>
+#include <Core/Common/Units/TemperaturePrecisionUnits.h>
+#include <Core/Common/Units/TemperatureUnits.h>
+#include <Core/Common/Units/TimeRelatedUnits.h>
+#include <Core/Common/Units/TimeUnits.h>
+#include <Core/Common/Units/Unit.h>
+#include <Core/Common/Units/Units.h>
+#include <Core/Common/Units/UnitsRegistry.h>
+#include <Core/Common/Units/VelocityUnits.h>
 
 // Engine cycle timing
 
