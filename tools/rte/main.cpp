@@ -1,6 +1,8 @@
 // rte: command-line access to the Core.Common library.
 #include "Command.h"
 
+#include <Core/Common/Units/DefaultUnits.h>
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
@@ -22,6 +24,8 @@ int main(int argc, char* argv[])
   QCoreApplication app(argc, argv);
   QCoreApplication::setApplicationName(QStringLiteral("rte"));
   QCoreApplication::setApplicationVersion(QStringLiteral(RTE_TOOL_VERSION));
+  // What a host does at start-up.
+  RTE::registerDefaultUnits();
 
   QCommandLineParser parser;
   parser.setApplicationDescription(QStringLiteral("Command-line access to the Core.Common runtime library.\n\n") +

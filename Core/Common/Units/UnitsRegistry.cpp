@@ -19,14 +19,9 @@ UnitsRegistry::~UnitsRegistry() = default;
 
 std::shared_ptr<UnitsRegistry> UnitsRegistry::getSharedInstance()
 {
-  // Filled before it is published, so the first caller on any thread sees the defaults
-  // and registerDefaultUnits() never has to run during static initialisation.
-  static const std::shared_ptr<UnitsRegistry> instance = []
-  {
-    std::shared_ptr<UnitsRegistry> registry(new UnitsRegistry);
-    registerDefaultUnits(*registry);
-    return registry;
-  }();
+  // Starts empty: the host decides at start-up which sets come first (registerDefaultUnits
+  // or its own), since the first registration of a type wins.
+  static const std::shared_ptr<UnitsRegistry> instance(new UnitsRegistry);
   return instance;
 }
 

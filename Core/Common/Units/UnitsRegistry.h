@@ -5,8 +5,8 @@
 //   registry.getLabelForUnitId(QStringLiteral("m/s^2"));          // "m/s²"
 //   registry.findScale(QStringLiteral("mm"), QStringLiteral("cm")); // factor 0.1
 //
-// The registry is created on first use, holding the default sets (see
-// RTE::registerDefaultUnits); the first registration of a type identifier wins.
+// The registry is created empty on first use; the host fills it at start-up, usually with
+// RTE::registerDefaultUnits(). The first registration of a type identifier wins.
 // Registration is not locked: register during start-up, before concurrent readers exist.
 // Only getUnits throws; every other query falls back as documented below.
 #pragma once
