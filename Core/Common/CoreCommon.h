@@ -22,6 +22,13 @@
 // Parameter model
 
 // Units and quantities
+#include <Core/Common/Units/CrankAngle.h>
+#include <Core/Common/Units/DegreesPerCycle.h>
+#include <Core/Common/Units/Frequency.h>
+#include <Core/Common/Units/Percentage.h>
+#include <Core/Common/Units/Rpm.h>
+#include <Core/Common/Units/StopWatch.h>
+#include <Core/Common/Units/TimeSpan.h>
 
 // Engine cycle timing
 
