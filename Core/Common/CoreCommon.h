@@ -31,6 +31,9 @@
 #include <Core/Common/Units/TimeSpan.h>
 
 // Engine cycle timing
+#include <Core/Common/CycleTimestamps/CrankAngleSample.h>
+#include <Core/Common/CycleTimestamps/CycleTimestamps.h>
+#include <Core/Common/CycleTimestamps/TimeSample.h>
 
 // Device data and compression
 
