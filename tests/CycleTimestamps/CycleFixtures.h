@@ -3,8 +3,11 @@
 
 #include <Core/Common/CycleTimestamps/CycleTimestamps.h>
 
+#include <QString>
+
 #include <cmath>
 #include <optional>
+#include <ostream>
 #include <vector>
 
 namespace CycleFixtures
@@ -45,3 +48,9 @@ inline RTE::CycleTimestamps fullCycle(const std::vector<double>& exposures)
 }
 
 } // namespace CycleFixtures
+
+// Readable texts in assertion messages.
+inline void PrintTo(const QString& text, std::ostream* os)
+{
+  *os << '"' << text.toStdString() << '"';
+}
