@@ -29,6 +29,7 @@
 #include <Core/Common/Units/Rpm.h>
 #include <Core/Common/Units/StopWatch.h>
 #include <Core/Common/Units/TimeSpan.h>
+#include <Core/Common/Units/TimeStamp.h>
 
 // Engine cycle timing
 #include <Core/Common/CycleTimestamps/CrankAngleSample.h>
