@@ -208,9 +208,32 @@ public:
   // Throws RTE::FileOpenError "Cannot open '<path>'", and as load(QIODevice&).
   static CycleTimestamps load(const QString& path);
 
-  // Key-value text of the earlier tools; see CycleTimestampsLegacy.cpp for the layout.
+  // The text formats of earlier tools, picoseconds only. Both open the device as load()
+  // does and throw RTE::FileReadError "CDM timestamps are missing", "Exposure timestamps
+  // are missing", "Invalid unit for timestamps - this version only supports ps but not
+  // <unit>" or "Corrupt data for hypersampling timestamps" (anything else malformed), and
+  // as the constructor. Text after "#" is a comment.
+  //
+  // loadLegacyFormat: one "Key=Value" per line, blank lines ignored; "Unit", "CDMs",
+  // "Exposures", "DegreesPerCycle", "CdmsPerCycle" required; "Start", "NextStart" ("-" or
+  // absent when missing), "AbsoluteCycle", "RecordedCycle" optional; "PprStep=lower;upper"
+  // once per step in degrees (an empty side is an open end). Times are blank-separated.
+  //
+  //   Unit=ps
+  //   DegreesPerCycle=720
+  //   CdmsPerCycle=4
+  //   Start=0
+  //   NextStart=100000000000
+  //   CDMs=0 25000000000 50000000000 75000000000
+  //   Exposures=10000000000 60000000000
   static CycleTimestamps loadLegacyFormat(QIODevice& device);
-  // Line-oriented text of the first tools; see CycleTimestampsLegacy.cpp for the layout.
+  // loadOldLegacyFormat: four lines: the unit; degrees per cycle, CDMs per cycle, start
+  // and next start ("-" when missing); the CDM times; the exposure times.
+  //
+  //   ps
+  //   720 4 0 100000000000
+  //   0 25000000000 50000000000 75000000000
+  //   10000000000 60000000000
   static CycleTimestamps loadOldLegacyFormat(QIODevice& device);
 
   friend bool operator==(const CycleTimestamps& a, const CycleTimestamps& b)
