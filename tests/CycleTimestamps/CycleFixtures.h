@@ -47,6 +47,21 @@ inline RTE::CycleTimestamps fullCycle(const std::vector<double>& exposures)
   return RTE::CycleTimestamps(settings(720.0, 4, 0.0, 100.0), times({0.0, 25.0, 50.0, 75.0}), times(exposures));
 }
 
+// The message of the E that f throws; other exceptions escape and fail the test.
+template <typename E, typename F>
+QString messageOf(F f)
+{
+  try
+  {
+    f();
+  }
+  catch (const E& e)
+  {
+    return e.message();
+  }
+  return QStringLiteral("<no exception>");
+}
+
 } // namespace CycleFixtures
 
 // Readable texts in assertion messages.

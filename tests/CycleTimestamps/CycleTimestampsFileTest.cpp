@@ -99,19 +99,6 @@ CycleTimestamps loadBytes(const QByteArray& data)
   return CycleTimestamps::load(buffer);
 }
 
-QString readErrorOf(const QByteArray& data)
-{
-  try
-  {
-    loadBytes(data);
-  }
-  catch (const RTE::FileReadError& e)
-  {
-    return e.message();
-  }
-  return QStringLiteral("<loaded>");
-}
-
 void expectSameFields(const CycleTimestamps& a, const CycleTimestamps& b)
 {
   EXPECT_EQ(a.degreesPerCycle(), b.degreesPerCycle());
@@ -159,12 +146,8 @@ TEST(CycleTimestampsFile, StoredCyclesLoadBackFieldByField)
 {
   CycleTimestamps::Settings endMissing = settings(360.0, 100, 5.0);
   endMissing.cycle = 3;
-  CycleTimestamps::Settings startMissing = settings(720.0, 8, std::nullopt, 100.0);
-  const CycleTimestamps cycles[] = {
-      richCycle(),
-      CycleTimestamps(endMissing, times({5.0, 6.0, 7.0}), times({5.5})),
-      CycleTimestamps(startMissing, times({0.0, 25.0}), {}),
-  };
+  const CycleTimestamps cycles[] = {richCycle(), CycleTimestamps(endMissing, times({5.0, 6.0, 7.0}), times({5.5})),
+                                    CycleTimestamps(settings(720.0, 8, std::nullopt, 100.0), times({0.0, 25.0}), {})};
   for (const CycleTimestamps& cycle : cycles)
   {
     SCOPED_TRACE(cycle.cdmCount());
@@ -172,10 +155,8 @@ TEST(CycleTimestampsFile, StoredCyclesLoadBackFieldByField)
     ASSERT_TRUE(buffer.open(QIODevice::WriteOnly));
     cycle.store(buffer);
     buffer.close();
-    const CycleTimestamps loaded = CycleTimestamps::load(buffer);
-    expectSameFields(loaded, cycle);
+    expectSameFields(CycleTimestamps::load(buffer), cycle); // opens the closed buffer itself
   }
-
   QTemporaryDir dir;
   const QString path = dir.filePath(QStringLiteral("Timestamps.bin"));
   richCycle().store(path);
@@ -184,7 +165,7 @@ TEST(CycleTimestampsFile, StoredCyclesLoadBackFieldByField)
 
 TEST(CycleTimestampsFile, LayoutOfVersionFourAndThree)
 {
-  // The library's file matches the independent image byte for byte.
+  // The library writes the independent image byte for byte.
   FileImage image;
   image.steps = {{-360.0, 720.0, -300.0, 720.0}};
   const CycleTimestamps fromImage = loadBytes(image.bytes());
@@ -192,69 +173,52 @@ TEST(CycleTimestampsFile, LayoutOfVersionFourAndThree)
   buffer.open(QIODevice::WriteOnly);
   fromImage.store(buffer);
   EXPECT_EQ(buffer.data(), image.bytes());
-  EXPECT_EQ(buffer.data().left(16).toHex(), QByteArray("11539acee11d4fda8e9248ae938585ca"));
   EXPECT_EQ(fromImage.cycle(), 9U);
-  EXPECT_EQ(fromImage.absoluteCycle(), 7U);
   EXPECT_EQ(fromImage.minimalPprDistance(), RTE::CrankAngle(1.5, fourStroke));
-  EXPECT_EQ(fromImage.exposureCount(), 2U);
-  EXPECT_EQ(fromImage.pprSteps().size(), 1U);
 
-  // Version 3 has no minimal PPR distance: it stays at its default.
-  FileImage three;
+  FileImage three; // no minimal PPR distance: it keeps its default
   three.version = 3;
   const CycleTimestamps old = loadBytes(three.bytes());
   EXPECT_EQ(old.minimalPprDistance(), RTE::CrankAngle());
-  EXPECT_EQ(old.cdms().size(), 4U);
   EXPECT_EQ(old.cycle(), 9U);
-
-  // A file that ends after the exposures keeps the default cycle number.
-  FileImage noCycle;
+  FileImage noCycle; // ends after the exposures: the default cycle number
   noCycle.withRecordedCycle = false;
   EXPECT_EQ(loadBytes(noCycle.bytes()).cycle(), 0U);
 }
 
 TEST(CycleTimestampsFile, ReadingErrorsNameTheField)
 {
-  struct Case
-  {
-    const char* what;
-    std::function<void(FileImage&)> change;
-    QString message;
-  };
-  const Case cases[] = {
-      {"id", [](FileImage& f) { f.id = QUuid::createUuid(); }, QStringLiteral("Unknown data format")},
-      {"version field", [](FileImage& f) { f.versionField = QStringLiteral("FormatVersio_"); },
+  const std::pair<std::function<void(FileImage&)>, QString> cases[] = {
+      {[](FileImage& f) { f.id = QUuid::createUuid(); }, QStringLiteral("Unknown data format")},
+      {[](FileImage& f) { f.versionField = QStringLiteral("FormatVersio_"); },
        QStringLiteral("Invalid format version field")},
-      {"version 5", [](FileImage& f) { f.version = 5; }, QStringLiteral("Unsupported/invalid format version")},
-      {"version 2", [](FileImage& f) { f.version = 2; }, QStringLiteral("Unsupported/invalid format version")},
-      {"cdms field", [](FileImage& f) { f.cdmsField = QStringLiteral("CDM"); }, QStringLiteral("Invalid CDMs field")},
-      {"recorded cycle field", [](FileImage& f) { f.recordedCycleField = QStringLiteral("Cycle"); },
+      {[](FileImage& f) { f.version = 5; }, QStringLiteral("Unsupported/invalid format version")},
+      {[](FileImage& f) { f.version = 2; }, QStringLiteral("Unsupported/invalid format version")},
+      {[](FileImage& f) { f.cdmsField = QStringLiteral("CDM"); }, QStringLiteral("Invalid CDMs field")},
+      {[](FileImage& f) { f.recordedCycleField = QStringLiteral("Cycle"); },
        QStringLiteral("Invalid recorded cycle field")},
-      {"degrees", [](FileImage& f) { f.degrees = 540.0; },
+      {[](FileImage& f) { f.degrees = 540.0; },
        QStringLiteral("Invalid degrees per cycle: Value is not 360 or 720: 540")},
-      {"marks per cycle", [](FileImage& f) { f.cdmsPerCycle = 0; }, QStringLiteral("Invalid CDMs per cycle: 0")},
-      {"ppr step angle",
-       [](FileImage& f) {
+      {[](FileImage& f) { f.cdmsPerCycle = 0; }, QStringLiteral("Invalid CDMs per cycle: 0")},
+      {[](FileImage& f) {
          f.steps = {{-360.0, 720.0, 400.0, 720.0}};
        },
        QStringLiteral("Invalid PPR step: Crank angle 400\u00b0 is not in the allowed range between -360\u00b0 and "
                       "360\u00b0.")},
-      {"distance degrees", [](FileImage& f) { f.minimalDistanceDegrees = 0.0; },
+      {[](FileImage& f) { f.minimalDistanceDegrees = 0.0; },
        QStringLiteral("Invalid minimal PPR distance: Value is not 360 or 720: 0")},
-      {"huge cdm count", [](FileImage& f) { f.cdmCount = quint64(1) << 61; },
+      {[](FileImage& f) { f.cdmCount = quint64(1) << 61; },
        QStringLiteral("Invalid CDM count 2305843009213693952: the file holds at most 14 more")},
-      {"cdm count past the list", [](FileImage& f) { f.cdmCount = 8; }, QStringLiteral("Invalid exposures field")},
+      {[](FileImage& f) { f.cdmCount = 8; }, QStringLiteral("Invalid exposures field")},
   };
-  for (const Case& c : cases)
+  for (const auto& [change, message] : cases)
   {
-    SCOPED_TRACE(c.what);
+    SCOPED_TRACE(message.toStdString());
     FileImage image;
-    c.change(image);
-    EXPECT_EQ(readErrorOf(image.bytes()), c.message);
+    change(image);
+    EXPECT_EQ(messageOf<RTE::FileReadError>([&] { loadBytes(image.bytes()); }), message);
   }
-
-  // A consistent file with an inconsistent cycle fails as the constructor does.
-  FileImage late;
+  FileImage late; // a readable file of an inconsistent cycle fails as the constructor does
   late.cdms.push_back(100000000000);
   EXPECT_THROW(loadBytes(late.bytes()), RTE::LogicError);
 }
@@ -264,9 +228,8 @@ TEST(CycleTimestampsFile, EveryTruncationIsRefused)
   FileImage image;
   image.steps = {{-360.0, 720.0, -300.0, 720.0}};
   const QByteArray full = image.bytes();
-  FileImage withoutCycle = image;
-  withoutCycle.withRecordedCycle = false;
-  const qsizetype endOfExposures = withoutCycle.bytes().size();
+  image.withRecordedCycle = false;
+  const qsizetype endOfExposures = image.bytes().size();
   for (qsizetype size = 0; size < full.size(); ++size)
   {
     SCOPED_TRACE(size);
@@ -275,52 +238,28 @@ TEST(CycleTimestampsFile, EveryTruncationIsRefused)
     else
       EXPECT_THROW(loadBytes(full.left(size)), RTE::FileReadError);
   }
-}
 
-TEST(CycleTimestampsFile, SequentialDeviceWithHugeCountFailsWithoutAllocating)
-{
-  FileImage image;
-  image.exposures.clear();
-  image.withRecordedCycle = false;
-  image.cdmCount = quint64(1) << 60; // far beyond memory; refused as the data runs out
-  StreamDevice device(image.bytes());
-  try
-  {
-    CycleTimestamps::load(device);
-    ADD_FAILURE() << "accepted";
-  }
-  catch (const RTE::FileReadError& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("Truncated data: the file ends in CDM"));
-  }
+  // On a device of unknown size a huge count runs out of data instead of memory.
+  FileImage huge;
+  huge.exposures.clear();
+  huge.withRecordedCycle = false;
+  huge.cdmCount = quint64(1) << 60;
+  StreamDevice device(huge.bytes());
+  EXPECT_EQ(messageOf<RTE::FileReadError>([&] { CycleTimestamps::load(device); }),
+            QStringLiteral("Truncated data: the file ends in CDM"));
 }
 
 TEST(CycleTimestampsFile, DeviceAndPathErrors)
 {
   const CycleTimestamps cycle = richCycle();
   QBuffer closed;
-  try
-  {
-    cycle.store(closed);
-    ADD_FAILURE() << "stored";
-  }
-  catch (const RTE::InvalidRequest& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("Output device is not open"));
-  }
+  EXPECT_EQ(messageOf<RTE::InvalidRequest>([&] { cycle.store(closed); }), QStringLiteral("Output device is not open"));
   QBuffer readOnly;
   readOnly.open(QIODevice::ReadOnly);
-  try
-  {
-    cycle.store(readOnly);
-    ADD_FAILURE() << "stored";
-  }
-  catch (const RTE::InvalidRequest& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("Cannot write to output device"));
-  }
+  EXPECT_EQ(messageOf<RTE::InvalidRequest>([&] { cycle.store(readOnly); }),
+            QStringLiteral("Cannot write to output device"));
 
-  // An open PPR step end cannot be written; nothing reaches the device.
+  // A PPR step with an open end cannot be written; nothing reaches the device.
   CycleTimestamps::Settings open = cycle.settings();
   open.pprSteps.push_back({RTE::CrankAngle(100.0, fourStroke), std::nullopt});
   const CycleTimestamps openCycle(open, cycle.cdms(), cycle.exposures());
@@ -331,36 +270,14 @@ TEST(CycleTimestampsFile, DeviceAndPathErrors)
 
   QTemporaryDir dir;
   const QString badPath = dir.filePath(QStringLiteral("missing/Timestamps.bin"));
-  try
-  {
-    cycle.store(badPath);
-    ADD_FAILURE() << "stored";
-  }
-  catch (const RTE::FileOpenError& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("Cannot open '%1'").arg(badPath));
-  }
-  try
-  {
-    CycleTimestamps::load(badPath);
-    ADD_FAILURE() << "loaded";
-  }
-  catch (const RTE::FileOpenError& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("Cannot open '%1'").arg(badPath));
-  }
+  const QString cannotOpen = QStringLiteral("Cannot open '%1'").arg(badPath);
+  EXPECT_EQ(messageOf<RTE::FileOpenError>([&] { cycle.store(badPath); }), cannotOpen);
+  EXPECT_EQ(messageOf<RTE::FileOpenError>([&] { CycleTimestamps::load(badPath); }), cannotOpen);
   QFile missing(badPath);
-  try
-  {
-    CycleTimestamps::load(missing);
-    ADD_FAILURE() << "loaded";
-  }
-  catch (const RTE::FileOpenError& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("Cannot open hypersampling timestamps"));
-  }
+  EXPECT_EQ(messageOf<RTE::FileOpenError>([&] { CycleTimestamps::load(missing); }),
+            QStringLiteral("Cannot open hypersampling timestamps"));
 
-  // A failed store through a path leaves an existing file as it was.
+  // A refused store through a path leaves the existing file as it was.
   const QString path = dir.filePath(QStringLiteral("Timestamps.bin"));
   cycle.store(path);
   EXPECT_THROW(openCycle.store(path), RTE::InvalidArgumentError);

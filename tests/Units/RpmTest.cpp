@@ -5,26 +5,20 @@
 
 TEST(Rpm, ChecksAndConvertsRevolutions)
 {
-  EXPECT_EQ(double(RTE::Rpm()), 0.0);
-  EXPECT_EQ(double(RTE::Rpm(1200.0)), 1200.0);
   EXPECT_EQ(double(RTE::Rpm(RTE::Hertz(20.0))), 1200.0);
   EXPECT_EQ(RTE::Frequency(RTE::Rpm(1200.0)), RTE::Hertz(20.0));
-  EXPECT_TRUE(RTE::Frequency(RTE::Rpm(0.0)).IsZeroFrequency());
   EXPECT_EQ(RTE::Rpm(RTE::Frequency::Zero()), RTE::Rpm(0.0));
-  EXPECT_NE(RTE::Rpm(1200.0), RTE::Rpm(1200.0000001));
-
   for (double wrong : {-0.001, std::nan("")})
   {
     SCOPED_TRACE(wrong);
     try
     {
       RTE::Rpm r(wrong);
-      ADD_FAILURE() << "accepted " << double(r);
+      ADD_FAILURE();
     }
     catch (const RTE::InvalidArgumentError& e)
     {
       EXPECT_EQ(e.message(), QStringLiteral("Invalid RPM value"));
     }
   }
-  EXPECT_THROW(RTE::Rpm(RTE::Frequency(0)), RTE::Exception);
 }

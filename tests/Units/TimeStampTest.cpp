@@ -1,71 +1,47 @@
 #include <Core/Common/Exceptions/GeneralExceptions.h>
 #include <Core/Common/Units/TimeStamp.h>
 
-#include <QRegularExpression>
-
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-
 using RTE::TimeStamp;
-
-// Readable texts in assertion messages (found by argument-dependent lookup).
-static void PrintTo(const QString& text, std::ostream* os)
-{
-  *os << '"' << text.toStdString() << '"';
-}
 
 namespace
 {
 
-// 2024-03-01T12:00:00Z
-constexpr long long noonSeconds = 1709294400;
+constexpr long long noon = 1709294400; // 2024-03-01T12:00:00Z
 
 } // namespace
 
 TEST(TimeStamp, ConstructionSplitsMilliseconds)
 {
-  EXPECT_EQ(TimeStamp().GetSecondsSinceEpoch(), 0);
-  EXPECT_EQ(TimeStamp().GetFractionPicoSeconds(), 0);
-
-  const QDateTime withMs = QDateTime::fromMSecsSinceEpoch(noonSeconds * 1000 + 789, Qt::UTC);
+  const QDateTime withMs = QDateTime::fromMSecsSinceEpoch(noon * 1000 + 789, Qt::UTC);
   const TimeStamp t(withMs);
-  EXPECT_EQ(t.GetSecondsSinceEpoch(), noonSeconds);
+  EXPECT_EQ(t.GetSecondsSinceEpoch(), noon);
   EXPECT_EQ(t.GetFractionPicoSeconds(), 789000000000);
-  EXPECT_EQ(t.GetDateTime().time().msec(), 0);
   EXPECT_EQ(t.GetAsQDateTimeWithMsPrecision(), withMs);
-
-  const TimeStamp exact(noonSeconds, 999999999999ULL);
-  EXPECT_EQ(exact.GetAsQDateTimeWithMsPrecision().toMSecsSinceEpoch(), noonSeconds * 1000 + 999);
+  EXPECT_EQ(TimeStamp().GetSecondsSinceEpoch(), 0);
   try
   {
-    TimeStamp bad(noonSeconds, 1000000000000ULL);
-    ADD_FAILURE() << "accepted";
+    TimeStamp bad(noon, 1000000000000ULL);
+    ADD_FAILURE();
   }
   catch (const RTE::VerificationFailed& e)
   {
     EXPECT_EQ(e.message(), QStringLiteral("fraction value invalid: 1000000000000"));
   }
-  const TimeStamp now = TimeStamp::Now();
-  EXPECT_GE(now.GetFractionPicoSeconds(), 0);
-  EXPECT_LT(now.GetFractionPicoSeconds(), 1000000000000);
 }
 
 TEST(TimeStamp, ArithmeticCarriesIntoSeconds)
 {
-  const TimeStamp base(noonSeconds, 900000000000ULL);
+  const TimeStamp base(noon, 900000000000ULL);
   struct Case
   {
     std::int64_t addPs;
     long long seconds;
     std::int64_t fraction;
   };
-  const Case cases[] = {
-      {200000000000, noonSeconds + 1, 100000000000},   {-900000000001, noonSeconds - 1, 999999999999},
-      {-2500000000000, noonSeconds - 2, 400000000000}, {3000000000000, noonSeconds + 3, 900000000000},
-      {99999999999, noonSeconds, 999999999999},
-  };
-  for (const Case& c : cases)
+  for (const Case& c : {Case{200000000000, noon + 1, 100000000000}, Case{-900000000001, noon - 1, 999999999999},
+                        Case{-2500000000000, noon - 2, 400000000000}, Case{99999999999, noon, 999999999999}})
   {
     SCOPED_TRACE(c.addPs);
     const TimeStamp moved = base + RTE::TimeSpan(c.addPs);
@@ -74,77 +50,51 @@ TEST(TimeStamp, ArithmeticCarriesIntoSeconds)
     EXPECT_EQ(moved - base, RTE::TimeSpan(c.addPs));
     EXPECT_EQ(moved.GetTimeSpanTo(base), RTE::TimeSpan(-c.addPs));
     EXPECT_EQ(c.addPs > 0, moved > base);
-    EXPECT_EQ(c.addPs > 0, base < moved);
   }
-  TimeStamp t = base;
-  t += RTE::Seconds(1);
-  t.AddTimeSpan(RTE::Seconds(1));
-  EXPECT_EQ(t - base, RTE::Seconds(2));
-  EXPECT_NE(t, base);
-  EXPECT_EQ(base, TimeStamp(noonSeconds, 900000000000ULL));
-  EXPECT_LE(base, base);
-  EXPECT_GE(base, base);
-
-  // Points further apart than a span holds saturate.
-  const TimeStamp far(noonSeconds + 200LL * 86400, 0);
-  EXPECT_EQ(far - base, RTE::TimeSpan::Maximum());
-  EXPECT_EQ(base - far, RTE::TimeSpan::Minimum());
-  // Just inside the limit: 9223372 s and a fraction that does not tip it over.
-  const TimeStamp edge(noonSeconds + 9223372, 136854775806ULL);
-  EXPECT_EQ(edge - TimeStamp(noonSeconds, 100000000000ULL), RTE::TimeSpan(9223372036854775806LL));
-  EXPECT_EQ(TimeStamp(noonSeconds + 9223372, 0) - TimeStamp(noonSeconds, 999999999999ULL),
-            RTE::TimeSpan(9223371000000000001LL));
-  EXPECT_EQ(TimeStamp(noonSeconds + 9223372, 999999999999ULL) - TimeStamp(noonSeconds, 0), RTE::TimeSpan::Maximum());
+  // Beyond what a span holds the difference saturates; just inside it is exact.
+  EXPECT_EQ(TimeStamp(noon + 200LL * 86400, 0) - base, RTE::TimeSpan::Maximum());
+  EXPECT_EQ(base - TimeStamp(noon + 200LL * 86400, 0), RTE::TimeSpan::Minimum());
+  EXPECT_EQ(TimeStamp(noon + 9223372, 136854775806ULL) - TimeStamp(noon, 100000000000ULL),
+            RTE::TimeSpan(9223372036854775806LL));
+  EXPECT_EQ(TimeStamp(noon + 9223372, 999999999999ULL) - TimeStamp(noon, 0), RTE::TimeSpan::Maximum());
 }
 
-TEST(TimeStamp, Iso8601RoundTripAndZones)
+TEST(TimeStamp, Iso8601Forms)
 {
-  const TimeStamp t(noonSeconds, 250000ULL);
+  const TimeStamp t(noon, 250000ULL);
   EXPECT_EQ(t.ToISO8601String(TimeStamp::E_Timezone::UTC), QStringLiteral("2024-03-01T12:00:00.000000250000Z"));
-  EXPECT_EQ(TimeStamp::FromISO8601String(t.ToISO8601String(TimeStamp::E_Timezone::UTC)), t);
-  const TimeStamp fromLocal = TimeStamp::FromISO8601String(t.ToISO8601String(TimeStamp::E_Timezone::Local));
-  EXPECT_EQ(fromLocal - t, RTE::TimeSpan());
-  EXPECT_TRUE(t.ToISO8601String(TimeStamp::E_Timezone::Local).contains(QRegularExpression("[+-]\\d\\d:\\d\\d$")));
+  EXPECT_EQ(TimeStamp::FromISO8601String(t.ToISO8601String(TimeStamp::E_Timezone::Local)) - t, RTE::TimeSpan());
 
-  struct Case
-  {
-    QString text;
-    long long seconds;
-    std::int64_t fraction;
+  const std::tuple<QString, long long, std::int64_t> cases[] = {
+      {QStringLiteral("2024-03-01T12:00:00Z"), noon, 0},
+      {QStringLiteral("2024-03-01T12:00:00.5Z"), noon, 500000000000},
+      {QStringLiteral("2024-03-01T12:00:00.000000000001Z"), noon, 1},
+      {QStringLiteral("2024-03-01T13:30:00.25+01:30"), noon, 250000000000},
+      {QStringLiteral("2024-03-01T10:00:00-02:00"), noon, 0},
   };
-  const Case cases[] = {
-      {QStringLiteral("2024-03-01T12:00:00Z"), noonSeconds, 0},
-      {QStringLiteral("2024-03-01T12:00:00.5Z"), noonSeconds, 500000000000},
-      {QStringLiteral("2024-03-01T12:00:00.000000000001Z"), noonSeconds, 1},
-      {QStringLiteral("2024-03-01T13:30:00.25+01:30"), noonSeconds, 250000000000},
-      {QStringLiteral("2024-03-01T10:00:00-02:00"), noonSeconds, 0},
-  };
-  for (const Case& c : cases)
+  for (const auto& [text, seconds, fraction] : cases)
   {
-    SCOPED_TRACE(c.text.toStdString());
-    const TimeStamp parsed = TimeStamp::FromISO8601String(c.text);
-    EXPECT_EQ(parsed.GetSecondsSinceEpoch(), c.seconds);
-    EXPECT_EQ(parsed.GetFractionPicoSeconds(), c.fraction);
+    SCOPED_TRACE(text.toStdString());
+    const TimeStamp parsed = TimeStamp::FromISO8601String(text);
+    EXPECT_EQ(parsed.GetSecondsSinceEpoch(), seconds);
+    EXPECT_EQ(parsed.GetFractionPicoSeconds(), fraction);
   }
-  // Without a zone the text is local time.
-  const TimeStamp local = TimeStamp::FromISO8601String(QStringLiteral("2024-03-01T12:00:00"));
-  EXPECT_EQ(local.GetDateTime(), QDateTime(QDate(2024, 3, 1), QTime(12, 0), Qt::LocalTime));
+  EXPECT_EQ(TimeStamp::FromISO8601String(QStringLiteral("2024-03-01T12:00:00")).GetDateTime(),
+            QDateTime(QDate(2024, 3, 1), QTime(12, 0), Qt::LocalTime));
 
   for (const QString& bad :
        {QStringLiteral("2024-03-01T12:00:00.0000000000001Z"), QStringLiteral("2024-02-30T12:00:00Z"),
-        QStringLiteral("2024-03-01 12:00:00Z"), QStringLiteral("2024-03-01T24:00:00Z"),
-        QStringLiteral("2024-03-01T12:00:00+1:00"), QStringLiteral("2024-03-01T12:00:00+01:99"), QString()})
+        QStringLiteral("2024-03-01 12:00:00Z"), QStringLiteral("2024-03-01T12:00:00+01:99")})
   {
     SCOPED_TRACE(bad.toStdString());
     try
     {
       TimeStamp::FromISO8601String(bad);
-      ADD_FAILURE() << "accepted";
+      ADD_FAILURE();
     }
     catch (const RTE::InvalidArgumentError& e)
     {
       EXPECT_EQ(e.message(), QStringLiteral("Invalid ISO 8601 time stamp: '%1'").arg(bad));
     }
   }
-  EXPECT_EQ(TimeStamp(noonSeconds, 7ULL).toString(QStringLiteral("yyyy")).right(13), QStringLiteral(".000000000007"));
 }
