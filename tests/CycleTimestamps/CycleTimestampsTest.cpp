@@ -121,11 +121,11 @@ TEST(CycleTimestamps, PprStepAssignment)
                 {RTE::CrankAngle(-200.0, d), RTE::CrankAngle(-100.0, d)},
                 {RTE::CrankAngle(0.0, d), RTE::CrankAngle(100.0, d)}};
   s.minimalPprDistance = RTE::CrankAngle(5.0, d);
-  const std::vector<double> angles{-360.0, -330.0, -298.0, -200.0, -150.0, -99.0, 50.0, 200.0, 210.0};
+  const std::vector<double> angles{-360.0, -330.0, -298.0, -200.0, -150.0, -99.0, 50.0, 106.0, 210.0};
   const CycleTimestamps cycle(s, times(eightMarks), atAngles(angles));
   expectAngles(cycle, angles);
-  // -298 and -99 lie within the minimal distance past their step's end; 200 lies beyond
-  // the last step, after which nothing is mapped.
+  // -298 and -99 lie within the minimal distance past their step's end; 106 lies just beyond
+  // that distance past the last step, and nothing later is mapped.
   const std::optional<std::size_t> expected[] = {0, 0, 0, 1, 1, 1, 2, std::nullopt, std::nullopt};
   for (std::size_t i = 0; i < std::size(expected); ++i)
     EXPECT_EQ(cycle.pprStepAt(ExposureIndex(i)), expected[i]) << i;

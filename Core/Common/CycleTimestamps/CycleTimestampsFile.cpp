@@ -152,8 +152,8 @@ public:
       fail(tr("Invalid CDMs per cycle: 0"));
     s.cdmsPerCycle = CycleTimestamps::CdmCount(cdmsPerCycle);
 
+    // Not reserved ahead: on a device of unknown size the count is not yet vouched for.
     const quint64 steps = readCount("PPR step", 32);
-    s.pprSteps.reserve(std::min<quint64>(steps, blockValues));
     for (quint64 i = 0; i < steps; ++i)
     {
       const CrankAngle lower = readAngle("PPR step");

@@ -80,6 +80,15 @@ public:
     return value;
   }
 
+  quint64 cycleNumber(const QByteArray& text)
+  {
+    bool ok = false;
+    const quint64 value = text.toULongLong(&ok);
+    if (!ok)
+      corrupt();
+    return value;
+  }
+
   quint32 cdmsPerCycle(const QByteArray& text)
   {
     bool ok = false;
@@ -172,9 +181,9 @@ CycleTimestamps CycleTimestamps::loadLegacyFormat(QIODevice& device)
   if (const auto next = found("NextStart"); next != values.end())
     s.nextStart = parser.optionalTime(next->second);
   if (const auto absolute = found("AbsoluteCycle"); absolute != values.end())
-    s.absoluteCycle = quint64(parser.integer(absolute->second));
+    s.absoluteCycle = parser.cycleNumber(absolute->second);
   if (const auto recorded = found("RecordedCycle"); recorded != values.end())
-    s.cycle = quint64(parser.integer(recorded->second));
+    s.cycle = parser.cycleNumber(recorded->second);
   for (const QByteArray& step : pprSteps)
   {
     const QByteArrayList ends = step.split(';');
