@@ -164,7 +164,8 @@ void CycleTimestamps::precomputePprIndexes()
     {
       if (isForPprStep(m_crankAngles[exposure], steps[step]))
       {
-        m_exposureToPpr[exposure] = step;
+        // Exposures arrive in ascending order: the hint keeps the build linear.
+        m_exposureToPpr.insert_or_assign(m_exposureToPpr.end(), exposure, step);
         break;
       }
       ++step;
