@@ -5,11 +5,12 @@
 #include <Core/Common/Exceptions/Exception.h>
 
 #include <QCommandLineParser>
+#include <QFile>
 
 namespace
 {
 
-const QString usage = QStringLiteral("Usage: rte timestamps show FILE [--limit N]\n"
+const QString usage = QStringLiteral("Usage: rte timestamps show FILE [--limit N] [--format binary|legacy|old-legacy]\n"
                                      "       rte timestamps synth [--output FILE] [options]\n");
 
 bool parse(QCommandLineParser& parser, const QStringList& arguments, int& exitCode)
@@ -38,6 +39,9 @@ int runShow(const QStringList& arguments)
                      "speed and PPR step."));
   parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("A cycle file such as Timestamps.bin."));
   parser.addOption({QStringLiteral("limit"), QStringLiteral("List at most <n> exposures."), QStringLiteral("n")});
+  parser.addOption({QStringLiteral("format"),
+                    QStringLiteral("binary (Timestamps.bin), legacy (key=value text) or old-legacy (line text)."),
+                    QStringLiteral("format"), QStringLiteral("binary")});
   int code = 0;
   if (!parse(parser, arguments, code))
     return code;
@@ -58,7 +62,22 @@ int runShow(const QStringList& arguments)
       return 2;
     }
   }
-  const RTE::CycleTimestamps cycle = RTE::CycleTimestamps::load(files.first());
+  const QString format = parser.value(QStringLiteral("format"));
+  if (format != QLatin1String("binary") && format != QLatin1String("legacy") && format != QLatin1String("old-legacy"))
+  {
+    rte::err() << "rte timestamps show: unknown --format '" << format << "'\n";
+    return 2;
+  }
+  QFile file(files.first());
+  if (!file.open(QIODevice::ReadOnly))
+  {
+    rte::err() << "rte timestamps show: cannot open '" << files.first() << "': " << file.errorString() << "\n";
+    return 1;
+  }
+  const RTE::CycleTimestamps cycle = format == QLatin1String("legacy") ? RTE::CycleTimestamps::loadLegacyFormat(file)
+                                     : format == QLatin1String("old-legacy")
+                                         ? RTE::CycleTimestamps::loadOldLegacyFormat(file)
+                                         : RTE::CycleTimestamps::load(file);
   rte::out() << "File:              " << files.first() << "\n";
   rte::printCycle(rte::out(), cycle, limit);
   return 0;
