@@ -27,21 +27,27 @@
 #include <Core/Common/Units/ArbitraryUnits.h>
 #include <Core/Common/Units/AutoFormatValueWithUnit.h>
 #include <Core/Common/Units/ConcentrationUnits.h>
+#include <Core/Common/Units/CrankAngle.h>
 #include <Core/Common/Units/DefaultUnits.h>
+#include <Core/Common/Units/DegreesPerCycle.h>
 #include <Core/Common/Units/DimensionlessUnits.h>
 #include <Core/Common/Units/DiopterUnits.h>
 #include <Core/Common/Units/EmptyUnits.h>
 #include <Core/Common/Units/FixedNumericFormat.h>
 #include <Core/Common/Units/ForceUnits.h>
+#include <Core/Common/Units/Frequency.h>
 #include <Core/Common/Units/FrequencyUnits.h>
 #include <Core/Common/Units/LengthUnits.h>
 #include <Core/Common/Units/NumberFormatter.h>
 #include <Core/Common/Units/NumericFormat.h>
 #include <Core/Common/Units/PartsPerUnit.h>
+#include <Core/Common/Units/Percentage.h>
 #include <Core/Common/Units/PreferredUnits.h>
 #include <Core/Common/Units/PressureUnits.h>
 #include <Core/Common/Units/RamanShiftUnits.h>
+#include <Core/Common/Units/Rpm.h>
 #include <Core/Common/Units/ScientificFormat.h>
+#include <Core/Common/Units/StopWatch.h>
 #include <Core/Common/Units/StrainAccelerationUnits.h>
 #include <Core/Common/Units/StrainRate2Units.h>
 #include <Core/Common/Units/StrainRateUnits.h>
@@ -51,6 +57,8 @@
 #include <Core/Common/Units/TemperaturePrecisionUnits.h>
 #include <Core/Common/Units/TemperatureUnits.h>
 #include <Core/Common/Units/TimeRelatedUnits.h>
+#include <Core/Common/Units/TimeSpan.h>
+#include <Core/Common/Units/TimeStamp.h>
 #include <Core/Common/Units/TimeUnits.h>
 #include <Core/Common/Units/Unit.h>
 #include <Core/Common/Units/Units.h>
@@ -58,6 +66,9 @@
 #include <Core/Common/Units/VelocityUnits.h>
 
 // Engine cycle timing
+#include <Core/Common/CycleTimestamps/CrankAngleSample.h>
+#include <Core/Common/CycleTimestamps/CycleTimestamps.h>
+#include <Core/Common/CycleTimestamps/TimeSample.h>
 
 // Device data and compression
 

@@ -1,0 +1,24 @@
+#include <Core/Common/Exceptions/GeneralExceptions.h>
+#include <Core/Common/Units/Rpm.h>
+
+#include <gtest/gtest.h>
+
+TEST(Rpm, ChecksAndConvertsRevolutions)
+{
+  EXPECT_EQ(double(RTE::Rpm(RTE::Hertz(20.0))), 1200.0);
+  EXPECT_EQ(RTE::Frequency(RTE::Rpm(1200.0)), RTE::Hertz(20.0));
+  EXPECT_EQ(RTE::Rpm(RTE::Frequency::Zero()), RTE::Rpm(0.0));
+  for (double wrong : {-0.001, std::nan("")})
+  {
+    SCOPED_TRACE(wrong);
+    try
+    {
+      RTE::Rpm r(wrong);
+      ADD_FAILURE();
+    }
+    catch (const RTE::InvalidArgumentError& e)
+    {
+      EXPECT_EQ(e.message(), QStringLiteral("Invalid RPM value"));
+    }
+  }
+}
