@@ -18,6 +18,10 @@
 #include <Core/Common/Logging/DeveloperInfoText.h>
 
 // Settings storage
+#include <Core/Common/Storage/Settings.h>
+#include <Core/Common/Storage/SettingsDocument.h>
+#include <Core/Common/Storage/SettingsStringBasedDocument.h>
+#include <Core/Common/Storage/StorageExceptions.h>
 
 // Parameter model
 
