@@ -47,7 +47,8 @@ TEST(Settings, SetWritesTypeNameAndCLocaleText)
       {"uint16", [](Settings& s) { s.Set("v", static_cast<unsigned short>(65535)); },
        R"(<v class="uint16" value="65535" />)"},
       {"int32", [](Settings& s) { s.Set("v", -2147483647 - 1); }, R"(<v class="int32" value="-2147483648" />)"},
-      {"uint32_t spelling", [](Settings& s) { s.Set("v", 4294967295u); }, R"(<v class="uint32_t" value="4294967295" />)"},
+      {"uint32_t spelling", [](Settings& s) { s.Set("v", 4294967295u); },
+       R"(<v class="uint32_t" value="4294967295" />)"},
       {"int64", [](Settings& s) { s.Set("v", std::numeric_limits<long long>::min()); },
        R"(<v class="int64" value="-9223372036854775808" />)"},
       {"uint64", [](Settings& s) { s.Set("v", std::numeric_limits<unsigned long long>::max()); },
@@ -56,8 +57,7 @@ TEST(Settings, SetWritesTypeNameAndCLocaleText)
        R"(<v class="float" value="0.1000000015" />)"},
       {"float whole", [](Settings& s) { s.Set("v", 3.0f); }, R"(<v class="float" value="3" />)"},
       {"double 15 digits", [](Settings& s) { s.Set("v", 0.1); }, R"(<v class="double" value="0.1" />)"},
-      {"double third", [](Settings& s) { s.Set("v", 1.0 / 3.0); },
-       R"(<v class="double" value="0.333333333333333" />)"},
+      {"double third", [](Settings& s) { s.Set("v", 1.0 / 3.0); }, R"(<v class="double" value="0.333333333333333" />)"},
       {"double exponent", [](Settings& s) { s.Set("v", 1e20); }, R"(<v class="double" value="1e+20" />)"},
       {"double small", [](Settings& s) { s.Set("v", -2.5e-7); }, R"(<v class="double" value="-2.5e-07" />)"},
       {"bool true", [](Settings& s) { s.Set("v", true); }, R"(<v class="bool" value="true" />)"},
@@ -167,8 +167,9 @@ TEST(Settings, ClassMismatchIsReportedWithPathButStillConverted)
   EXPECT_EQ(document->GetNode("center")->Get<int>("X", 0), 10);
   EXPECT_TRUE(document->HasReports());
   ASSERT_EQ(capture.messages().size(), 1);
-  EXPECT_EQ(capture.messages().first(),
-            QStringLiteral("Path: root/center/X - Mismatching class - Expected class: \"int32\", Actual class: \"string\""));
+  EXPECT_EQ(
+      capture.messages().first(),
+      QStringLiteral("Path: root/center/X - Mismatching class - Expected class: \"int32\", Actual class: \"string\""));
 }
 
 TEST(Settings, SetNeverOverwritesACollection)
@@ -316,9 +317,9 @@ TEST(Settings, ValidNames)
   {
     const char* name;
     bool valid;
-  } cases[] = {{"", false},          {"a", true},       {"Gain", true},     {"a_1", true},  {"_a", false},
-               {"1a", false},        {"a-b", false},    {"a b", false},     {"XmlFile", false}, {"xml", false},
-               {"xm", true},         {"myXml", true},   {"\xc3\xa4", false}, {"Z9_", true}};
+  } cases[] = {{"", false},   {"a", true},     {"Gain", true},      {"a_1", true},      {"_a", false},
+               {"1a", false}, {"a-b", false},  {"a b", false},      {"XmlFile", false}, {"xml", false},
+               {"xm", true},  {"myXml", true}, {"\xc3\xa4", false}, {"Z9_", true}};
   for (const auto& c : cases)
   {
     SCOPED_TRACE(c.name);
@@ -330,7 +331,7 @@ TEST(Settings, LargeCollectionsKeepTheLookupRules)
 {
   // Enough children for the index tables, with the awkward cases among them.
   QString xml = QStringLiteral("<root>");
-  xml += QStringLiteral("<a index=\"1\" class=\"int32\" value=\"-1\"/>");   // item 1 before item 0
+  xml += QStringLiteral("<a index=\"1\" class=\"int32\" value=\"-1\"/>"); // item 1 before item 0
   xml += QStringLiteral("<p class=\"int32\" value=\"-2\"/>");
   for (int i = 0; i < 100; ++i)
     xml += QStringLiteral("<a index=\"%1\" class=\"int32\" value=\"%1\"/>").arg(i);

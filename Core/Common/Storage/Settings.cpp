@@ -196,13 +196,13 @@ template CORECOMMON_EXPORT bool Settings::Get<bool>() const;
   {                                                                                                                    \
     if (IsCollection(name))                                                                                            \
       return;                                                                                                          \
-    SetChild(name, TypeName<std::remove_cvref_t<T>>(), ToText<std::remove_cvref_t<T>>(value), false, 0);              \
+    SetChild(name, TypeName<std::remove_cvref_t<T>>(), ToText<std::remove_cvref_t<T>>(value), false, 0);               \
   }
 
 #define STORAGE_DEFINE_APPEND(T)                                                                                       \
   void Settings::AppendCollectionItem(const QString& name, T value)                                                    \
   {                                                                                                                    \
-    SetChild(name, TypeName<std::remove_cvref_t<T>>(), ToText<std::remove_cvref_t<T>>(value), true,                   \
+    SetChild(name, TypeName<std::remove_cvref_t<T>>(), ToText<std::remove_cvref_t<T>>(value), true,                    \
              GetNextCollectionIndex(name));                                                                            \
   }
 

@@ -83,8 +83,8 @@ private:
   virtual std::shared_ptr<Settings> GetChild(const QString& name, bool isCollectionItem,
                                              unsigned long long index) const = 0;
   // Creates or overwrites a leaf.
-  virtual void SetChild(const QString& name, const QString& className, const QString& valueText,
-                        bool isCollectionItem, unsigned long long index) = 0;
+  virtual void SetChild(const QString& name, const QString& className, const QString& valueText, bool isCollectionItem,
+                        unsigned long long index) = 0;
   // This leaf's value text; a class other than expectedClass is reported, not fatal.
   virtual QString GetValue(const QString& expectedClass) const = 0;
 
@@ -99,7 +99,6 @@ private:
                                               unsigned long long index) const = 0;
 
 public:
-
   // Leaves. A name that is a collection is left untouched: a collection is never
   // overwritten by a plain value.
   void Set(const QString& name, const QString& value);
@@ -196,8 +195,7 @@ private:
 
   unsigned long long GetNextCollectionIndex(const QString& name) const;
   // GetChild with the name check of GetNode and GetCollectionNode.
-  std::shared_ptr<Settings> GetCheckedChild(const QString& name, bool isCollectionItem,
-                                            unsigned long long index) const;
+  std::shared_ptr<Settings> GetCheckedChild(const QString& name, bool isCollectionItem, unsigned long long index) const;
 };
 
 // Objects persisted through a base-class reference.

@@ -123,8 +123,7 @@ unsigned long long SettingsChildIndex::Count(pugi::xml_node parent, std::string_
   return count;
 }
 
-pugi::xml_node SettingsChildIndex::Append(pugi::xml_node parent, std::string_view name,
-                                          const unsigned long long* index)
+pugi::xml_node SettingsChildIndex::Append(pugi::xml_node parent, std::string_view name, const unsigned long long* index)
 {
   pugi::xml_node element = parent.append_child(pugi::node_element);
   element.set_name(name.data()); // names come from QByteArray, which ends in '\0'

@@ -20,14 +20,45 @@ namespace
 std::atomic<bool> s_writeDiagnosticsDisabled{false};
 
 // No white-space conversion in attribute values: multi-line strings keep their breaks.
-constexpr unsigned int kParseOptions = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_eol |
-                                       pugi::parse_declaration;
+constexpr unsigned int kParseOptions =
+    pugi::parse_cdata | pugi::parse_escapes | pugi::parse_eol | pugi::parse_declaration;
 
 // A diagnostic quotes the content it rejects; a huge or binary file is cut short.
 QString Quoted(const QString& content)
 {
   constexpr qsizetype kMaximum = 4096;
   return content.size() <= kMaximum ? content : content.left(kMaximum) + QStringLiteral("...");
+}
+
+// Written text is indented by depth, so its size grows with the square of the nesting:
+// a small file nested a hundred thousand levels deep would be written as gigabytes.
+// Settings trees nest a few dozen levels; deeper input is refused as bad content.
+bool NestsDeeperThan(pugi::xml_node root, int limit)
+{
+  int depth = 0;
+  pugi::xml_node node = root.first_child();
+  if (!node)
+    return false;
+  depth = 1;
+  while (node && node != root)
+  {
+    if (depth > limit)
+      return true;
+    if (pugi::xml_node child = node.first_child())
+    {
+      node = child;
+      ++depth;
+      continue;
+    }
+    while (node != root && !node.next_sibling())
+    {
+      node = node.parent();
+      --depth;
+    }
+    if (node != root)
+      node = node.next_sibling();
+  }
+  return false;
 }
 
 } // namespace
@@ -80,8 +111,8 @@ SettingsDocImpl::ParseOutcome SettingsDocImpl::Parse(QByteArray buffer, pugi::xm
   m_hasReports = false;
   m_buffer = std::move(buffer);
   // Parsed in place: the buffer is the document's storage from now on.
-  const pugi::xml_parse_result result = m_document.load_buffer_inplace(
-      m_buffer.data(), static_cast<size_t>(m_buffer.size()), kParseOptions, encoding);
+  const pugi::xml_parse_result result =
+      m_document.load_buffer_inplace(m_buffer.data(), static_cast<size_t>(m_buffer.size()), kParseOptions, encoding);
   if (!result)
   {
     parserDescription = QString::fromUtf8(result.description());
@@ -90,6 +121,11 @@ SettingsDocImpl::ParseOutcome SettingsDocImpl::Parse(QByteArray buffer, pugi::xm
   const pugi::xml_node root = m_document.child("root");
   if (!root)
     return ParseOutcome::NoRoot;
+  if (NestsDeeperThan(root, kMaximumDepth))
+  {
+    parserDescription = QStringLiteral("Elements nested deeper than %1 levels").arg(kMaximumDepth);
+    return ParseOutcome::ParseError;
+  }
   // Only the declaration and "root" belong to a settings document.
   for (pugi::xml_node node = m_document.first_child(); node;)
   {

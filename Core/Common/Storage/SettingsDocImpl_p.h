@@ -47,6 +47,9 @@ public:
   void SetHasReports() { m_hasReports = true; }
   SettingsChildIndex& ChildIndex() { return m_childIndex; }
 
+  // Deepest nesting below "root" that Read accepts.
+  static constexpr int kMaximumDepth = 1000;
+
   // Stops the diagnostic about files that cannot be opened for writing, for the whole
   // process; cannot be undone.
   static void DisableExceptionOnWrite();

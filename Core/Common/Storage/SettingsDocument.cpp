@@ -92,8 +92,8 @@ SettingsDocument::~SettingsDocument()
   {
     if (!Save())
     {
-      qCWarning(lcSerialization).noquote() << QStringLiteral("Auto-saving settings document failed. File=") +
-                                                  FilePathFor(m_scope, m_context);
+      qCWarning(lcSerialization).noquote()
+          << QStringLiteral("Auto-saving settings document failed. File=") + FilePathFor(m_scope, m_context);
     }
   }
   catch (...)

@@ -44,8 +44,7 @@ public:
   Private::SettingsDocImpl* GetDocImpl() const override;
 
 private:
-  std::shared_ptr<Settings> CreateChild(const QString& name, bool isCollectionItem,
-                                        unsigned long long index) override;
+  std::shared_ptr<Settings> CreateChild(const QString& name, bool isCollectionItem, unsigned long long index) override;
   std::shared_ptr<Settings> GetChild(const QString& name, bool isCollectionItem,
                                      unsigned long long index) const override;
   void SetChild(const QString& name, const QString& className, const QString& valueText, bool isCollectionItem,
