@@ -22,6 +22,7 @@
 #include <Core/Common/Storage/SettingsDocument.h>
 #include <Core/Common/Storage/SettingsStringBasedDocument.h>
 #include <Core/Common/Storage/StorageExceptions.h>
+#include <Core/Common/Storage/ValueSerialization.h>
 
 // Parameter model
 
