@@ -3,7 +3,13 @@
 #include <Core/Common/Exceptions/Raise.h>
 #include <Core/Common/Storage/StorageExceptions.h>
 
+#include "Utf8Buffer_p.h"
+
 #include <fmt/format.h>
+
+#include <charconv>
+#include <cstring>
+#include <string_view>
 
 #include <limits>
 #include <type_traits>
@@ -84,9 +90,10 @@ struct ValueType<bool>
 };
 
 template <typename T>
-QString TypeName()
+const QString& TypeName()
 {
-  return QString::fromLatin1(ValueType<T>::name);
+  static const QString name = QString::fromLatin1(ValueType<T>::name);
+  return name;
 }
 
 // Texts in the C locale, through fmt (never the user's locale).
@@ -107,44 +114,57 @@ QString ToText(const T& value)
     return QString::fromLatin1(fmt::format_int(value).c_str());
 }
 
-// A text that does not parse, or does not fit T, gives 0.
-template <typename T>
-T FromText(const QString& text)
+bool IsAsciiSpace(char c)
 {
-  bool ok = false;
+  return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == '\f' || c == '\v';
+}
+
+// A number text without surrounding white space and without a leading '+'.
+std::string_view NumberText(const char* text)
+{
+  std::string_view view(text);
+  while (!view.empty() && IsAsciiSpace(view.front()))
+    view.remove_prefix(1);
+  while (!view.empty() && IsAsciiSpace(view.back()))
+    view.remove_suffix(1);
+  if (view.size() > 1 && view.front() == '+' && view[1] != '-')
+    view.remove_prefix(1);
+  return view;
+}
+
+template <typename N>
+bool ParseNumber(std::string_view text, N& value)
+{
+  const char* end = text.data() + text.size();
+  std::from_chars_result result;
+  if constexpr (std::is_floating_point_v<N>)
+    result = std::from_chars(text.data(), end, value, std::chars_format::general);
+  else
+    result = std::from_chars(text.data(), end, value, 10);
+  return !text.empty() && result.ec == std::errc() && result.ptr == end;
+}
+
+// The UTF-8 value text as T, in the C locale; a text that does not parse, or does not
+// fit T, gives 0.
+template <typename T>
+T FromText(const char* text)
+{
   if constexpr (std::is_same_v<T, QString>)
-    return text;
+    return QString::fromUtf8(text);
   else if constexpr (std::is_same_v<T, bool>)
-    return text == QLatin1String("true");
+    return std::strcmp(text, "true") == 0;
   else if constexpr (std::is_same_v<T, char>)
   {
-    const qulonglong value = text.toULongLong(&ok, 10);
-    return ok ? static_cast<char>(static_cast<unsigned char>(value & 0xFFu)) : char(0);
-  }
-  else if constexpr (std::is_same_v<T, float>)
-  {
-    const float value = text.toFloat(&ok);
-    return ok ? value : 0.0f;
-  }
-  else if constexpr (std::is_same_v<T, double>)
-  {
-    const double value = text.toDouble(&ok);
-    return ok ? value : 0.0;
-  }
-  else if constexpr (std::is_signed_v<T>)
-  {
-    const qlonglong value = text.toLongLong(&ok, 10);
-    return ok && value >= std::numeric_limits<T>::min() && value <= std::numeric_limits<T>::max()
-               ? static_cast<T>(value)
-               : T(0);
+    unsigned long long value = 0;
+    return ParseNumber(NumberText(text), value) ? static_cast<char>(static_cast<unsigned char>(value & 0xFFu))
+                                                : char(0);
   }
   else
   {
-    const qulonglong value = text.toULongLong(&ok, 10);
-    return ok && value <= std::numeric_limits<T>::max() ? static_cast<T>(value) : T(0);
+    T value{};
+    return ParseNumber(NumberText(text), value) ? value : T(0);
   }
 }
-
 const QString& Alphabet()
 {
   static const QString letters = QStringLiteral("abcdefghijklmnopqrstuvwxyz");
@@ -174,22 +194,42 @@ Settings::~Settings() = default;
 template <typename T>
 T Settings::Get() const
 {
-  return FromText<T>(GetValue(TypeName<T>()));
+  if constexpr (std::is_same_v<T, QString>)
+    return GetValue(TypeName<T>());
+  else
+    return FromText<T>(Private::Utf8Buffer(GetValue(TypeName<T>())).c_str());
 }
 
-template CORECOMMON_EXPORT signed char Settings::Get<signed char>() const;
-template CORECOMMON_EXPORT char Settings::Get<char>() const;
-template CORECOMMON_EXPORT unsigned char Settings::Get<unsigned char>() const;
-template CORECOMMON_EXPORT short Settings::Get<short>() const;
-template CORECOMMON_EXPORT unsigned short Settings::Get<unsigned short>() const;
-template CORECOMMON_EXPORT int Settings::Get<int>() const;
-template CORECOMMON_EXPORT unsigned int Settings::Get<unsigned int>() const;
-template CORECOMMON_EXPORT float Settings::Get<float>() const;
-template CORECOMMON_EXPORT double Settings::Get<double>() const;
-template CORECOMMON_EXPORT QString Settings::Get<QString>() const;
-template CORECOMMON_EXPORT long long Settings::Get<long long>() const;
-template CORECOMMON_EXPORT unsigned long long Settings::Get<unsigned long long>() const;
-template CORECOMMON_EXPORT bool Settings::Get<bool>() const;
+template <typename T>
+T Settings::ReadLeaf(const QString& name, bool isCollectionItem, unsigned long long index, const T& defaultValue) const
+{
+  if (const char* text = FindValueText(name, isCollectionItem, index, ValueType<T>::name))
+    return FromText<T>(text);
+  // The first child of that name is a collection item: GetNode throws for it.
+  if (!isCollectionItem && Contains(name))
+    (void)GetNode(name);
+  return defaultValue;
+}
+
+#define STORAGE_INSTANTIATE_READS(T)                                                                                   \
+  template CORECOMMON_EXPORT T Settings::Get<T>() const;                                                               \
+  template CORECOMMON_EXPORT T Settings::ReadLeaf<T>(const QString&, bool, unsigned long long, const T&) const;
+
+STORAGE_INSTANTIATE_READS(signed char)
+STORAGE_INSTANTIATE_READS(char)
+STORAGE_INSTANTIATE_READS(unsigned char)
+STORAGE_INSTANTIATE_READS(short)
+STORAGE_INSTANTIATE_READS(unsigned short)
+STORAGE_INSTANTIATE_READS(int)
+STORAGE_INSTANTIATE_READS(unsigned int)
+STORAGE_INSTANTIATE_READS(float)
+STORAGE_INSTANTIATE_READS(double)
+STORAGE_INSTANTIATE_READS(QString)
+STORAGE_INSTANTIATE_READS(long long)
+STORAGE_INSTANTIATE_READS(unsigned long long)
+STORAGE_INSTANTIATE_READS(bool)
+
+#undef STORAGE_INSTANTIATE_READS
 
 #define STORAGE_DEFINE_SET(T)                                                                                          \
   void Settings::Set(const QString& name, T value)                                                                     \

@@ -97,6 +97,11 @@ private:
   // after the slots above; existence checks on hot paths must not cost a throw.
   virtual std::shared_ptr<Settings> FindChild(const QString& name, bool isCollectionItem,
                                               unsigned long long index) const = 0;
+  // The UTF-8 value text of a child leaf, valid until the tree changes; null when there
+  // is no such child. A class other than expectedClass is reported as by GetValue.
+  // Reading large collections must not cost a node per item.
+  virtual const char* FindValueText(const QString& name, bool isCollectionItem, unsigned long long index,
+                                    const char* expectedClass) const = 0;
 
 public:
   // Leaves. A name that is a collection is left untouched: a collection is never
@@ -170,18 +175,15 @@ public:
   template <typename T>
   T Get(const QString& name, const T& defaultValue) const
   {
-    if (!Contains(name))
-      return defaultValue;
-    return GetNode(name)->template Get<T>();
+    return ReadLeaf<T>(name, false, 0, defaultValue);
   }
 
-  // The value of collection item index of name, or defaultValue when name is no
-  // collection or has no such item.
+  // The value of collection item index of name, or defaultValue when there is no such
+  // item.
   template <typename T>
   T GetCollectionItem(const QString& name, unsigned long long index, const T& defaultValue) const
   {
-    const std::shared_ptr<Settings> item = FindChild(name, true, index);
-    return item ? item->template Get<T>() : defaultValue;
+    return ReadLeaf<T>(name, true, index, defaultValue);
   }
 
 private:
@@ -192,6 +194,10 @@ private:
   // This leaf's value converted to T; the class is checked against T's type name.
   template <typename T>
   T Get() const;
+  // The public reads: Get<T> of the child found by the lookup rules, without handing
+  // out a node for it.
+  template <typename T>
+  T ReadLeaf(const QString& name, bool isCollectionItem, unsigned long long index, const T& defaultValue) const;
 
   unsigned long long GetNextCollectionIndex(const QString& name) const;
   // GetChild with the name check of GetNode and GetCollectionNode.

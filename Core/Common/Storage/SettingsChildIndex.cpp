@@ -56,10 +56,43 @@ pugi::xml_node SettingsChildIndex::NameEntry::Item(unsigned long long index) con
   return it == sparse.end() ? pugi::xml_node() : it->second;
 }
 
+void SettingsChildIndex::ForgetRecent()
+{
+  m_recentParent = nullptr;
+  m_recentTable = nullptr;
+  m_recentEntryTable = nullptr;
+  m_recentEntry = nullptr;
+}
+
+SettingsChildIndex::Table* SettingsChildIndex::ExistingTable(pugi::xml_node parent)
+{
+  if (parent.internal_object() == m_recentParent)
+    return m_recentTable;
+  const auto it = m_tables.find(parent.internal_object());
+  if (it == m_tables.end())
+    return nullptr;
+  m_recentParent = parent.internal_object();
+  m_recentTable = &it->second;
+  return m_recentTable;
+}
+
+SettingsChildIndex::NameEntry* SettingsChildIndex::EntryFor(Table& table, std::string_view name)
+{
+  if (&table == m_recentEntryTable && name == m_recentName)
+    return m_recentEntry;
+  const auto it = table.find(name);
+  if (it == table.end())
+    return nullptr;
+  m_recentEntryTable = &table;
+  m_recentName.assign(name);
+  m_recentEntry = &it->second;
+  return m_recentEntry;
+}
+
 SettingsChildIndex::Table* SettingsChildIndex::TableFor(pugi::xml_node parent)
 {
-  if (const auto it = m_tables.find(parent.internal_object()); it != m_tables.end())
-    return &it->second;
+  if (Table* table = ExistingTable(parent))
+    return table;
   unsigned children = 0;
   for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling())
   {
@@ -69,10 +102,19 @@ SettingsChildIndex::Table* SettingsChildIndex::TableFor(pugi::xml_node parent)
   if (children <= kIndexThreshold)
     return nullptr;
   Table& table = m_tables[parent.internal_object()];
+  // Collections are runs of one name: look the name up only when it changes.
+  NameEntry* entry = nullptr;
+  const char* entryName = "";
   for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling())
   {
-    if (IsElement(child))
-      table[child.name()].Add(child);
+    if (!IsElement(child))
+      continue;
+    if (!entry || std::strcmp(entryName, child.name()) != 0)
+    {
+      entryName = child.name();
+      entry = &table[std::string(entryName)];
+    }
+    entry->Add(child);
   }
   return &table;
 }
@@ -81,8 +123,8 @@ pugi::xml_node SettingsChildIndex::FindFirst(pugi::xml_node parent, std::string_
 {
   if (Table* table = TableFor(parent))
   {
-    const auto it = table->find(name);
-    return it == table->end() ? pugi::xml_node() : it->second.first;
+    const NameEntry* entry = EntryFor(*table, name);
+    return entry ? entry->first : pugi::xml_node();
   }
   for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling())
   {
@@ -96,8 +138,8 @@ pugi::xml_node SettingsChildIndex::FindItem(pugi::xml_node parent, std::string_v
 {
   if (Table* table = TableFor(parent))
   {
-    const auto it = table->find(name);
-    return it == table->end() ? pugi::xml_node() : it->second.Item(index);
+    const NameEntry* entry = EntryFor(*table, name);
+    return entry ? entry->Item(index) : pugi::xml_node();
   }
   for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling())
   {
@@ -111,8 +153,8 @@ unsigned long long SettingsChildIndex::Count(pugi::xml_node parent, std::string_
 {
   if (Table* table = TableFor(parent))
   {
-    const auto it = table->find(name);
-    return it == table->end() ? 0 : it->second.count;
+    const NameEntry* entry = EntryFor(*table, name);
+    return entry ? entry->count : 0;
   }
   unsigned long long count = 0;
   for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling())
@@ -129,13 +171,12 @@ pugi::xml_node SettingsChildIndex::Append(pugi::xml_node parent, std::string_vie
   element.set_name(name.data()); // names come from QByteArray, which ends in '\0'
   if (index)
     element.append_attribute("index").set_value(*index);
-  if (const auto it = m_tables.find(parent.internal_object()); it != m_tables.end())
+  if (Table* table = ExistingTable(parent))
   {
-    Table& table = it->second;
-    auto entry = table.find(name);
-    if (entry == table.end())
-      entry = table.emplace(std::string(name), NameEntry()).first;
-    entry->second.Add(element);
+    NameEntry* entry = EntryFor(*table, name);
+    if (!entry)
+      entry = &table->emplace(std::string(name), NameEntry()).first->second;
+    entry->Add(element);
   }
   return element;
 }
@@ -150,6 +191,7 @@ void SettingsChildIndex::Remove(pugi::xml_node parent, std::string_view name)
   }
   for (pugi::xml_node element : doomed)
     RemoveSubtree(element);
+  ForgetRecent();
   if (const auto it = m_tables.find(parent.internal_object()); it != m_tables.end())
   {
     if (const auto entry = it->second.find(name); entry != it->second.end())
@@ -161,11 +203,13 @@ void SettingsChildIndex::Clear(pugi::xml_node parent)
 {
   while (pugi::xml_node child = parent.last_child())
     RemoveSubtree(child);
+  ForgetRecent();
   m_tables.erase(parent.internal_object());
 }
 
 void SettingsChildIndex::Reset()
 {
+  ForgetRecent();
   m_tables.clear();
 }
 
@@ -178,8 +222,8 @@ void SettingsChildIndex::RemoveSubtree(pugi::xml_node element)
   {
     while (pugi::xml_node last = current.last_child())
       current = last;
-    if (!m_tables.empty())
-      m_tables.erase(current.internal_object());
+    if (!m_tables.empty() && m_tables.erase(current.internal_object()) != 0)
+      ForgetRecent();
     if (current == element)
       break;
     pugi::xml_node parent = current.parent();

@@ -71,11 +71,23 @@ private:
 
   // The table of parent, built when parent has many children; null otherwise.
   Table* TableFor(pugi::xml_node parent);
+  // The table of parent if it has one; never builds one.
+  Table* ExistingTable(pugi::xml_node parent);
+  NameEntry* EntryFor(Table& table, std::string_view name);
+  void ForgetRecent();
   // Removes element and its subtree without recursion (a file may nest very deeply),
   // erasing the tables of the removed elements.
   void RemoveSubtree(pugi::xml_node element);
 
   std::unordered_map<pugi::xml_node_struct*, Table> m_tables;
+  // The last table and name entry used: a collection is usually read or written item
+  // after item, and a hash of the name per access would cost more than the rest.
+  // (Tables and entries keep their addresses when their maps grow.)
+  pugi::xml_node_struct* m_recentParent = nullptr;
+  Table* m_recentTable = nullptr;
+  const Table* m_recentEntryTable = nullptr;
+  std::string m_recentName;
+  NameEntry* m_recentEntry = nullptr;
 };
 
 } // namespace Storage::Private

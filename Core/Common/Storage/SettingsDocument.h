@@ -108,6 +108,8 @@ private:
   QString GetValue(const QString& expectedClass) const override;
   std::shared_ptr<Settings> FindChild(const QString& name, bool isCollectionItem,
                                       unsigned long long index) const override;
+  const char* FindValueText(const QString& name, bool isCollectionItem, unsigned long long index,
+                            const char* expectedClass) const override;
 
   Settings& Root() const;
 

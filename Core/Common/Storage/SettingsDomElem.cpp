@@ -3,6 +3,7 @@
 #include "PugiXmlWriterToQString_p.h"
 #include "SettingsDocImpl_p.h"
 #include "StorageLog_p.h"
+#include "Utf8Buffer_p.h"
 
 #include <Core/Common/Exceptions/Raise.h>
 #include <Core/Common/Storage/StorageExceptions.h>
@@ -10,6 +11,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <cstring>
 
 namespace Storage::Private
 {
@@ -56,7 +58,7 @@ unsigned int SettingsDomElem::GetVersion() const
 
 void SettingsDomElem::SetClass(const QString& className)
 {
-  SetAttribute(m_element, "class", className.toUtf8().constData());
+  SetAttribute(m_element, "class", Utf8Buffer(className).c_str());
 }
 
 QString SettingsDomElem::GetClass() const
@@ -90,19 +92,17 @@ void SettingsDomElem::Report(const QString& message) const
 
 bool SettingsDomElem::IsCollection(const QString& name) const
 {
-  return Lookup(name.toUtf8(), true, 0);
+  return Lookup(name, true, 0);
 }
 
 unsigned long long SettingsDomElem::Count(const QString& name) const
 {
-  const QByteArray utf8 = name.toUtf8();
-  return m_document->ChildIndex().Count(m_element, std::string_view(utf8.constData(), utf8.size()));
+  return m_document->ChildIndex().Count(m_element, Utf8Buffer(name).view());
 }
 
 bool SettingsDomElem::Contains(const QString& name) const
 {
-  const QByteArray utf8 = name.toUtf8();
-  return m_document->ChildIndex().FindFirst(m_element, std::string_view(utf8.constData(), utf8.size()));
+  return m_document->ChildIndex().FindFirst(m_element, Utf8Buffer(name).view());
 }
 
 QList<QString> SettingsDomElem::GetChildrenNames() const
@@ -125,8 +125,7 @@ QList<QString> SettingsDomElem::GetChildrenNames() const
 
 void SettingsDomElem::Remove(const QString& name)
 {
-  const QByteArray utf8 = name.toUtf8();
-  m_document->ChildIndex().Remove(m_element, std::string_view(utf8.constData(), utf8.size()));
+  m_document->ChildIndex().Remove(m_element, Utf8Buffer(name).view());
 }
 
 void SettingsDomElem::Clear()
@@ -147,10 +146,11 @@ SettingsDocImpl* SettingsDomElem::GetDocImpl() const
   return m_document;
 }
 
-pugi::xml_node SettingsDomElem::Lookup(const QByteArray& name, bool isCollectionItem, unsigned long long index) const
+pugi::xml_node SettingsDomElem::Lookup(const QString& name, bool isCollectionItem, unsigned long long index) const
 {
   SettingsChildIndex& children = m_document->ChildIndex();
-  const std::string_view key(name.constData(), name.size());
+  const Utf8Buffer utf8(name);
+  const std::string_view key = utf8.view();
   if (isCollectionItem)
     return children.FindItem(m_element, key, index);
   // A collection item is never the plain child, even if a later element of that name is.
@@ -161,17 +161,34 @@ pugi::xml_node SettingsDomElem::Lookup(const QByteArray& name, bool isCollection
 std::shared_ptr<Settings> SettingsDomElem::CreateChild(const QString& name, bool isCollectionItem,
                                                        unsigned long long index)
 {
-  const QByteArray utf8 = name.toUtf8();
-  const pugi::xml_node child = m_document->ChildIndex().Append(
-      m_element, std::string_view(utf8.constData(), utf8.size()), isCollectionItem ? &index : nullptr);
+  const pugi::xml_node child =
+      m_document->ChildIndex().Append(m_element, Utf8Buffer(name).view(), isCollectionItem ? &index : nullptr);
   return std::make_shared<SettingsDomElem>(child, m_document);
 }
 
 std::shared_ptr<Settings> SettingsDomElem::FindChild(const QString& name, bool isCollectionItem,
                                                      unsigned long long index) const
 {
-  const pugi::xml_node child = Lookup(name.toUtf8(), isCollectionItem, index);
+  const pugi::xml_node child = Lookup(name, isCollectionItem, index);
   return child ? std::make_shared<SettingsDomElem>(child, m_document) : nullptr;
+}
+
+const char* SettingsDomElem::FindValueText(const QString& name, bool isCollectionItem, unsigned long long index,
+                                           const char* expectedClass) const
+{
+  const pugi::xml_node child = Lookup(name, isCollectionItem, index);
+  return child ? SettingsDomElem(child, m_document).CheckedValue(expectedClass) : nullptr;
+}
+
+const char* SettingsDomElem::CheckedValue(const char* expectedClass) const
+{
+  const char* actual = m_element.attribute("class").value();
+  if (std::strcmp(actual, expectedClass) != 0)
+  {
+    Report(QStringLiteral("Mismatching class - Expected class: \"") + QString::fromUtf8(expectedClass) +
+           QStringLiteral("\", Actual class: \"") + QString::fromUtf8(actual) + QStringLiteral("\""));
+  }
+  return m_element.attribute("value").value();
 }
 
 std::shared_ptr<Settings> SettingsDomElem::GetChild(const QString& name, bool isCollectionItem,
@@ -186,27 +203,24 @@ std::shared_ptr<Settings> SettingsDomElem::GetChild(const QString& name, bool is
 void SettingsDomElem::SetChild(const QString& name, const QString& className, const QString& valueText,
                                bool isCollectionItem, unsigned long long index)
 {
-  const QByteArray utf8 = name.toUtf8();
-  pugi::xml_node child = Lookup(utf8, isCollectionItem, index);
-  if (!child)
+  const Utf8Buffer classUtf8(className);
+  const Utf8Buffer valueUtf8(valueText);
+  if (pugi::xml_node child = Lookup(name, isCollectionItem, index))
   {
-    // Appended with "index" first, then "class" and "value".
-    child = m_document->ChildIndex().Append(m_element, std::string_view(utf8.constData(), utf8.size()),
-                                            isCollectionItem ? &index : nullptr);
+    SetAttribute(child, "class", classUtf8.c_str());
+    SetAttribute(child, "value", valueUtf8.c_str());
+    return;
   }
-  SetAttribute(child, "class", className.toUtf8().constData());
-  SetAttribute(child, "value", valueText.toUtf8().constData());
+  // A new element: "index" first, then "class" and "value".
+  pugi::xml_node child =
+      m_document->ChildIndex().Append(m_element, Utf8Buffer(name).view(), isCollectionItem ? &index : nullptr);
+  child.append_attribute("class").set_value(classUtf8.c_str());
+  child.append_attribute("value").set_value(valueUtf8.c_str());
 }
 
 QString SettingsDomElem::GetValue(const QString& expectedClass) const
 {
-  const QString actual = GetClass();
-  if (actual != expectedClass)
-  {
-    Report(QStringLiteral("Mismatching class - Expected class: \"") + expectedClass +
-           QStringLiteral("\", Actual class: \"") + actual + QStringLiteral("\""));
-  }
-  return FromUtf8(m_element.attribute("value").value());
+  return FromUtf8(CheckedValue(Utf8Buffer(expectedClass).c_str()));
 }
 
 } // namespace Storage::Private

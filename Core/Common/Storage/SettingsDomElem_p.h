@@ -53,9 +53,13 @@ private:
   QString GetValue(const QString& expectedClass) const override;
   std::shared_ptr<Settings> FindChild(const QString& name, bool isCollectionItem,
                                       unsigned long long index) const override;
+  const char* FindValueText(const QString& name, bool isCollectionItem, unsigned long long index,
+                            const char* expectedClass) const override;
+  // This leaf's value text, reporting a class other than expectedClass.
+  const char* CheckedValue(const char* expectedClass) const;
 
   // The element found by the lookup rules; null when there is none.
-  pugi::xml_node Lookup(const QByteArray& name, bool isCollectionItem, unsigned long long index) const;
+  pugi::xml_node Lookup(const QString& name, bool isCollectionItem, unsigned long long index) const;
 
   pugi::xml_node m_element;
   SettingsDocImpl* m_document;

@@ -85,6 +85,11 @@
   {                                                                                                                    \
     return Root().FindChild(name, isCollectionItem, index);                                                            \
   }                                                                                                                    \
+  const char* Class::FindValueText(const QString& name, bool isCollectionItem, unsigned long long index,               \
+                                   const char* expectedClass) const                                                    \
+  {                                                                                                                    \
+    return Root().FindValueText(name, isCollectionItem, index, expectedClass);                                         \
+  }                                                                                                                    \
   Settings& Class::Root() const                                                                                        \
   {                                                                                                                    \
     return m_impl->GetRoot();                                                                                          \
