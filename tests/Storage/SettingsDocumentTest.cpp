@@ -85,6 +85,12 @@ TEST(SettingsDocument, MultiLineStringsSurviveSaveAndLoad)
 
   Storage::SettingsStringBasedDocument copy(loaded.GetContent());
   EXPECT_EQ(copy.Get<QString>("text", QString()), text);
+
+  // Files edited by hand hold the breaks and tabs literally; they are kept as well.
+  const QString handmade = dir.filePath(QStringLiteral("handmade.xml"));
+  ASSERT_TRUE(writeFile(handmade, "<root><text class=\"string\" value=\"a\r\n\tb\nc\"/></root>"));
+  EXPECT_EQ(SettingsDocument(handmade, AutoSync::LoadOnly).Get<QString>("text", QString()),
+            QStringLiteral("a\n\tb\nc"));
 }
 
 TEST(SettingsDocument, AnInterruptedSaveKeepsThePreviousFile)
