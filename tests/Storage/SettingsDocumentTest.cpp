@@ -297,4 +297,15 @@ TEST(SettingsDocument, ContentTextsAndHasReports)
   EXPECT_FALSE(document.HasReports()); // a new text starts a new reading
   EXPECT_FALSE(document.SetContent(QString()));
   EXPECT_EQ(document.ToString(), QStringLiteral("<root />"));
+
+  // Long texts reach the writer in many chunks: none may be lost or decoded wrongly.
+  QString wide;
+  for (int i = 0; i < 20000; ++i)
+    wide += QStringLiteral("a\u00e4\u20ac\U0001F600");
+  document.Set("wide", wide);
+  document.AppendCollectionItem("wider", wide + wide);
+  Storage::SettingsStringBasedDocument copy(document.GetContent());
+  EXPECT_EQ(copy.Get<QString>("wide", QString()), wide);
+  EXPECT_EQ(copy.GetCollectionItem<QString>("wider", 0, QString()), wide + wide);
+  EXPECT_EQ(copy.ToString(), document.ToString());
 }

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringDecoder>
 
+#include <algorithm>
+
 #include <pugixml.hpp>
 
 namespace Storage::Private
@@ -18,7 +20,16 @@ public:
 
   void write(const void* data, size_t size) override
   {
-    m_text += m_decoder.decode(QByteArrayView(static_cast<const char*>(data), static_cast<qsizetype>(size)));
+    // Decoded straight into the text, which grows geometrically: documents are written
+    // in many small chunks.
+    const QByteArrayView chunk(static_cast<const char*>(data), static_cast<qsizetype>(size));
+    const qsizetype used = m_text.size();
+    const qsizetype needed = used + m_decoder.requiredSpace(chunk.size());
+    if (needed > m_text.capacity())
+      m_text.reserve(std::max(needed, 2 * m_text.capacity()));
+    m_text.resize(needed);
+    QChar* end = m_decoder.appendToBuffer(m_text.data() + used, chunk);
+    m_text.resize(end - m_text.constData());
   }
 
 private:

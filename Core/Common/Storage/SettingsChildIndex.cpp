@@ -35,11 +35,17 @@ bool SettingsChildIndex::ParseIndex(const char* text, unsigned long long& index)
 
 void SettingsChildIndex::NameEntry::Add(pugi::xml_node element)
 {
+  unsigned long long index = 0;
+  Add(element, ParseIndex(element.attribute("index").as_string(nullptr), index) ? &index : nullptr);
+}
+
+void SettingsChildIndex::NameEntry::Add(pugi::xml_node element, const unsigned long long* itemIndex)
+{
   if (count++ == 0)
     first = element;
-  unsigned long long index = 0;
-  if (!ParseIndex(element.attribute("index").as_string(nullptr), index) || Item(index))
+  if (!itemIndex || Item(*itemIndex))
     return; // the first element of an index wins
+  const unsigned long long index = *itemIndex;
   if (index < dense.size())
     dense[index] = element;
   else if (index == dense.size())
@@ -176,7 +182,7 @@ pugi::xml_node SettingsChildIndex::Append(pugi::xml_node parent, std::string_vie
     NameEntry* entry = EntryFor(*table, name);
     if (!entry)
       entry = &table->emplace(std::string(name), NameEntry()).first->second;
-    entry->Add(element);
+    entry->Add(element, index);
   }
   return element;
 }

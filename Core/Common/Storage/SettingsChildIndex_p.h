@@ -57,7 +57,10 @@ private:
     std::vector<pugi::xml_node> dense;
     std::unordered_map<unsigned long long, pugi::xml_node> sparse;
 
+    // element's own "index" is parsed.
     void Add(pugi::xml_node element);
+    // itemIndex: the element's index, or null for a plain element.
+    void Add(pugi::xml_node element, const unsigned long long* itemIndex);
     pugi::xml_node Item(unsigned long long index) const;
   };
 

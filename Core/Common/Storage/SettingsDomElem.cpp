@@ -182,13 +182,23 @@ const char* SettingsDomElem::FindValueText(const QString& name, bool isCollectio
 
 const char* SettingsDomElem::CheckedValue(const char* expectedClass) const
 {
-  const char* actual = m_element.attribute("class").value();
+  // One pass over the attributes: this runs for every item of a collection read.
+  const char* actual = "";
+  const char* value = "";
+  for (pugi::xml_attribute attribute = m_element.first_attribute(); attribute; attribute = attribute.next_attribute())
+  {
+    const char* name = attribute.name();
+    if (name[0] == 'c' && std::strcmp(name, "class") == 0 && !*actual)
+      actual = attribute.value();
+    else if (name[0] == 'v' && std::strcmp(name, "value") == 0 && !*value)
+      value = attribute.value();
+  }
   if (std::strcmp(actual, expectedClass) != 0)
   {
     Report(QStringLiteral("Mismatching class - Expected class: \"") + QString::fromUtf8(expectedClass) +
            QStringLiteral("\", Actual class: \"") + QString::fromUtf8(actual) + QStringLiteral("\""));
   }
-  return m_element.attribute("value").value();
+  return value;
 }
 
 std::shared_ptr<Settings> SettingsDomElem::GetChild(const QString& name, bool isCollectionItem,
