@@ -18,6 +18,11 @@
 #include <Core/Common/Logging/DeveloperInfoText.h>
 
 // Settings storage
+#include <Core/Common/Storage/Settings.h>
+#include <Core/Common/Storage/SettingsDocument.h>
+#include <Core/Common/Storage/SettingsStringBasedDocument.h>
+#include <Core/Common/Storage/StorageExceptions.h>
+#include <Core/Common/Storage/ValueSerialization.h>
 
 // Parameter model
 

@@ -1,0 +1,242 @@
+#include "SettingsChildIndex_p.h"
+
+#include <charconv>
+#include <cstring>
+
+namespace Storage::Private
+{
+
+namespace
+{
+
+bool IsElement(pugi::xml_node node)
+{
+  return node.type() == pugi::node_element;
+}
+
+bool HasIndex(pugi::xml_node element, unsigned long long index)
+{
+  unsigned long long value = 0;
+  return SettingsChildIndex::ParseIndex(element.attribute("index").as_string(nullptr), value) && value == index;
+}
+
+} // namespace
+
+bool SettingsChildIndex::ParseIndex(const char* text, unsigned long long& index)
+{
+  if (!text || !*text)
+    return false;
+  const size_t length = std::strlen(text);
+  if (length > 1 && text[0] == '0')
+    return false;
+  const auto [end, error] = std::from_chars(text, text + length, index, 10);
+  return error == std::errc() && end == text + length;
+}
+
+void SettingsChildIndex::NameEntry::Add(pugi::xml_node element)
+{
+  unsigned long long index = 0;
+  Add(element, ParseIndex(element.attribute("index").as_string(nullptr), index) ? &index : nullptr);
+}
+
+void SettingsChildIndex::NameEntry::Add(pugi::xml_node element, const unsigned long long* itemIndex)
+{
+  if (count++ == 0)
+    first = element;
+  if (!itemIndex || Item(*itemIndex))
+    return; // the first element of an index wins
+  const unsigned long long index = *itemIndex;
+  if (index < dense.size())
+    dense[index] = element;
+  else if (index == dense.size())
+    dense.push_back(element);
+  else
+    sparse.emplace(index, element);
+}
+
+pugi::xml_node SettingsChildIndex::NameEntry::Item(unsigned long long index) const
+{
+  if (index < dense.size() && dense[index])
+    return dense[index];
+  const auto it = sparse.find(index);
+  return it == sparse.end() ? pugi::xml_node() : it->second;
+}
+
+void SettingsChildIndex::ForgetRecent()
+{
+  m_recentParent = nullptr;
+  m_recentTable = nullptr;
+  m_recentEntryTable = nullptr;
+  m_recentEntry = nullptr;
+}
+
+SettingsChildIndex::Table* SettingsChildIndex::ExistingTable(pugi::xml_node parent)
+{
+  if (parent.internal_object() == m_recentParent)
+    return m_recentTable;
+  const auto it = m_tables.find(parent.internal_object());
+  if (it == m_tables.end())
+    return nullptr;
+  m_recentParent = parent.internal_object();
+  m_recentTable = &it->second;
+  return m_recentTable;
+}
+
+SettingsChildIndex::NameEntry* SettingsChildIndex::EntryFor(Table& table, std::string_view name)
+{
+  if (&table == m_recentEntryTable && name == m_recentName)
+    return m_recentEntry;
+  const auto it = table.find(name);
+  if (it == table.end())
+    return nullptr;
+  m_recentEntryTable = &table;
+  m_recentName.assign(name);
+  m_recentEntry = &it->second;
+  return m_recentEntry;
+}
+
+SettingsChildIndex::Table* SettingsChildIndex::TableFor(pugi::xml_node parent)
+{
+  if (Table* table = ExistingTable(parent))
+    return table;
+  unsigned children = 0;
+  for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling())
+  {
+    if (++children > kIndexThreshold)
+      break;
+  }
+  if (children <= kIndexThreshold)
+    return nullptr;
+  Table& table = m_tables[parent.internal_object()];
+  // Collections are runs of one name: look the name up only when it changes.
+  NameEntry* entry = nullptr;
+  const char* entryName = "";
+  for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling())
+  {
+    if (!IsElement(child))
+      continue;
+    if (!entry || std::strcmp(entryName, child.name()) != 0)
+    {
+      entryName = child.name();
+      entry = &table[std::string(entryName)];
+    }
+    entry->Add(child);
+  }
+  return &table;
+}
+
+pugi::xml_node SettingsChildIndex::FindFirst(pugi::xml_node parent, std::string_view name)
+{
+  if (Table* table = TableFor(parent))
+  {
+    const NameEntry* entry = EntryFor(*table, name);
+    return entry ? entry->first : pugi::xml_node();
+  }
+  for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling())
+  {
+    if (IsElement(child) && name == child.name())
+      return child;
+  }
+  return {};
+}
+
+pugi::xml_node SettingsChildIndex::FindItem(pugi::xml_node parent, std::string_view name, unsigned long long index)
+{
+  if (Table* table = TableFor(parent))
+  {
+    const NameEntry* entry = EntryFor(*table, name);
+    return entry ? entry->Item(index) : pugi::xml_node();
+  }
+  for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling())
+  {
+    if (IsElement(child) && name == child.name() && HasIndex(child, index))
+      return child;
+  }
+  return {};
+}
+
+unsigned long long SettingsChildIndex::Count(pugi::xml_node parent, std::string_view name)
+{
+  if (Table* table = TableFor(parent))
+  {
+    const NameEntry* entry = EntryFor(*table, name);
+    return entry ? entry->count : 0;
+  }
+  unsigned long long count = 0;
+  for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling())
+  {
+    if (IsElement(child) && name == child.name())
+      ++count;
+  }
+  return count;
+}
+
+pugi::xml_node SettingsChildIndex::Append(pugi::xml_node parent, std::string_view name, const unsigned long long* index)
+{
+  pugi::xml_node element = parent.append_child(pugi::node_element);
+  element.set_name(name.data()); // names come from QByteArray, which ends in '\0'
+  if (index)
+    element.append_attribute("index").set_value(*index);
+  if (Table* table = ExistingTable(parent))
+  {
+    NameEntry* entry = EntryFor(*table, name);
+    if (!entry)
+      entry = &table->emplace(std::string(name), NameEntry()).first->second;
+    entry->Add(element, index);
+  }
+  return element;
+}
+
+void SettingsChildIndex::Remove(pugi::xml_node parent, std::string_view name)
+{
+  std::vector<pugi::xml_node> doomed;
+  for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling())
+  {
+    if (IsElement(child) && name == child.name())
+      doomed.push_back(child);
+  }
+  for (pugi::xml_node element : doomed)
+    RemoveSubtree(element);
+  ForgetRecent();
+  if (const auto it = m_tables.find(parent.internal_object()); it != m_tables.end())
+  {
+    if (const auto entry = it->second.find(name); entry != it->second.end())
+      it->second.erase(entry);
+  }
+}
+
+void SettingsChildIndex::Clear(pugi::xml_node parent)
+{
+  while (pugi::xml_node child = parent.last_child())
+    RemoveSubtree(child);
+  ForgetRecent();
+  m_tables.erase(parent.internal_object());
+}
+
+void SettingsChildIndex::Reset()
+{
+  ForgetRecent();
+  m_tables.clear();
+}
+
+void SettingsChildIndex::RemoveSubtree(pugi::xml_node element)
+{
+  // pugixml removes a subtree recursively; taking it apart from the deepest last leaf
+  // upwards keeps the stack flat.
+  pugi::xml_node current = element;
+  for (;;)
+  {
+    while (pugi::xml_node last = current.last_child())
+      current = last;
+    if (!m_tables.empty() && m_tables.erase(current.internal_object()) != 0)
+      ForgetRecent();
+    if (current == element)
+      break;
+    pugi::xml_node parent = current.parent();
+    parent.remove_child(current);
+    current = parent;
+  }
+  element.parent().remove_child(element);
+}
+
+} // namespace Storage::Private

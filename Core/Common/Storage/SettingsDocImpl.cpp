@@ -1,0 +1,242 @@
+#include "SettingsDocImpl_p.h"
+
+#include "PugiXmlWriterToQFile_p.h"
+#include "PugiXmlWriterToQString_p.h"
+#include "StorageLog_p.h"
+
+#include <QFile>
+#include <QSaveFile>
+
+#include <atomic>
+
+Q_LOGGING_CATEGORY(lcSerialization, "Core.Serialization", QtWarningMsg)
+
+namespace Storage::Private
+{
+
+namespace
+{
+
+std::atomic<bool> s_writeDiagnosticsDisabled{false};
+
+// No white-space conversion in attribute values: multi-line strings keep their breaks.
+constexpr unsigned int kParseOptions =
+    pugi::parse_cdata | pugi::parse_escapes | pugi::parse_eol | pugi::parse_declaration;
+
+// A diagnostic quotes the content it rejects; a huge or binary file is cut short.
+QString Quoted(const QString& content)
+{
+  constexpr qsizetype kMaximum = 4096;
+  return content.size() <= kMaximum ? content : content.left(kMaximum) + QStringLiteral("...");
+}
+
+// Written text is indented by depth, so its size grows with the square of the nesting:
+// a small file nested a hundred thousand levels deep would be written as gigabytes.
+// Settings trees nest a few dozen levels; deeper input is refused as bad content.
+bool NestsDeeperThan(pugi::xml_node root, int limit)
+{
+  int depth = 0;
+  pugi::xml_node node = root.first_child();
+  if (!node)
+    return false;
+  depth = 1;
+  while (node && node != root)
+  {
+    if (depth > limit)
+      return true;
+    if (pugi::xml_node child = node.first_child())
+    {
+      node = child;
+      ++depth;
+      continue;
+    }
+    while (node != root && !node.next_sibling())
+    {
+      node = node.parent();
+      --depth;
+    }
+    if (node != root)
+      node = node.next_sibling();
+  }
+  return false;
+}
+
+} // namespace
+
+SettingsDocImpl::SettingsDocImpl() : m_root(pugi::xml_node(), this)
+{
+  CreateEmptyDocument();
+}
+
+SettingsDocImpl::~SettingsDocImpl() = default;
+
+void SettingsDocImpl::DisableExceptionOnWrite()
+{
+  s_writeDiagnosticsDisabled = true;
+}
+
+void SettingsDocImpl::CreateEmptyDocument()
+{
+  m_childIndex.Reset();
+  m_document.reset();
+  m_buffer.clear();
+  SetXMLDeclaration();
+  m_root.m_element = m_document.append_child("root");
+}
+
+void SettingsDocImpl::SetXMLDeclaration()
+{
+  for (pugi::xml_node node = m_document.first_child(); node;)
+  {
+    const pugi::xml_node next = node.next_sibling();
+    if (node.type() == pugi::node_declaration)
+      m_document.remove_child(node);
+    node = next;
+  }
+  pugi::xml_node declaration = m_document.prepend_child(pugi::node_declaration);
+  declaration.append_attribute("version").set_value("1.0");
+  declaration.append_attribute("encoding").set_value("UTF-8");
+}
+
+void SettingsDocImpl::Fail(const QString& diagnostic)
+{
+  qCWarning(lcSerialization).noquote() << diagnostic;
+  CreateEmptyDocument();
+}
+
+SettingsDocImpl::ParseOutcome SettingsDocImpl::Parse(QByteArray buffer, pugi::xml_encoding encoding,
+                                                     QString& parserDescription)
+{
+  m_childIndex.Reset();
+  m_hasReports = false;
+  m_buffer = std::move(buffer);
+  // Parsed in place: the buffer is the document's storage from now on.
+  const pugi::xml_parse_result result =
+      m_document.load_buffer_inplace(m_buffer.data(), static_cast<size_t>(m_buffer.size()), kParseOptions, encoding);
+  if (!result)
+  {
+    parserDescription = QString::fromUtf8(result.description());
+    return ParseOutcome::ParseError;
+  }
+  const pugi::xml_node root = m_document.child("root");
+  if (!root)
+    return ParseOutcome::NoRoot;
+  if (NestsDeeperThan(root, kMaximumDepth))
+  {
+    parserDescription = QStringLiteral("Elements nested deeper than %1 levels").arg(kMaximumDepth);
+    return ParseOutcome::ParseError;
+  }
+  // Only the declaration and "root" belong to a settings document.
+  for (pugi::xml_node node = m_document.first_child(); node;)
+  {
+    const pugi::xml_node next = node.next_sibling();
+    if (node != root && node.type() != pugi::node_declaration)
+    {
+      m_childIndex.Clear(node); // without recursion, however deep it nests
+      m_document.remove_child(node);
+    }
+    node = next;
+  }
+  SetXMLDeclaration();
+  m_root.m_element = root;
+  return ParseOutcome::Ok;
+}
+
+bool SettingsDocImpl::Read(QFile& file)
+{
+  const QString name = file.fileName();
+  if (!file.open(QIODevice::ReadOnly))
+  {
+    Fail(QStringLiteral("Settings file could not be opened for reading: ") + name);
+    return false;
+  }
+  QByteArray content = file.readAll();
+  file.close();
+  if (content.isEmpty())
+  {
+    Fail(QStringLiteral("Settings file is empty: ") + name);
+    return false;
+  }
+  // Kept for the diagnostic: parsing in place changes the buffer.
+  const QByteArray original = content;
+  QString description;
+  switch (Parse(std::move(content), pugi::encoding_auto, description))
+  {
+  case ParseOutcome::Ok:
+    return true;
+  case ParseOutcome::ParseError:
+    Fail(QStringLiteral("Load content from file '") + name + QStringLiteral("' failed: XML-parse error is: ") +
+         description);
+    return false;
+  case ParseOutcome::NoRoot:
+    Fail(QStringLiteral("XML content error: Root node not found. Content is: ###") +
+         Quoted(QString::fromUtf8(original)) + QStringLiteral("### from file: ") + name);
+    return false;
+  }
+  return false;
+}
+
+bool SettingsDocImpl::Read(const QString& xmlText)
+{
+  if (xmlText.isEmpty())
+  {
+    Fail(QStringLiteral("Content is empty."));
+    return false;
+  }
+  QString description;
+  // The text is already decoded: whatever encoding its declaration names, it is UTF-8 now.
+  switch (Parse(xmlText.toUtf8(), pugi::encoding_utf8, description))
+  {
+  case ParseOutcome::Ok:
+    return true;
+  case ParseOutcome::ParseError:
+    Fail(QStringLiteral("Invalid XML-content, parse error is:\n") + description);
+    return false;
+  case ParseOutcome::NoRoot:
+    Fail(QStringLiteral("XML content error: Root node not found. Content is: ###") + Quoted(xmlText) +
+         QStringLiteral("###"));
+    return false;
+  }
+  return false;
+}
+
+bool SettingsDocImpl::WriteToFile(QSaveFile& file) const
+{
+  if (!file.open(QIODevice::WriteOnly))
+  {
+    if (!s_writeDiagnosticsDisabled)
+    {
+      qCWarning(lcSerialization).noquote()
+          << QStringLiteral("File ") + file.fileName() + QStringLiteral(" could not be opened for writing.");
+    }
+    return false;
+  }
+  PugiXmlWriterToQFile writer(file);
+  m_document.save(writer, "\t", pugi::format_indent | pugi::format_no_declaration, pugi::encoding_utf8);
+  if (writer.Failed())
+  {
+    // The previous file stays as it was.
+    file.cancelWriting();
+    file.commit();
+    qCWarning(lcSerialization).noquote() << QStringLiteral("File ") + file.fileName() +
+                                                QStringLiteral(" could not be written: ") + file.errorString();
+    return false;
+  }
+  if (!file.commit())
+  {
+    qCWarning(lcSerialization).noquote() << QStringLiteral("File ") + file.fileName() +
+                                                QStringLiteral(" could not be written: ") + file.errorString();
+    return false;
+  }
+  return true;
+}
+
+QString SettingsDocImpl::ToString() const
+{
+  QString text;
+  PugiXmlWriterToQString writer(text);
+  m_document.save(writer, "\t", pugi::format_indent | pugi::format_no_declaration, pugi::encoding_utf8);
+  return text;
+}
+
+} // namespace Storage::Private

@@ -1,0 +1,78 @@
+// The XML document behind SettingsDocument and SettingsStringBasedDocument: owns the
+// pugixml tree, the root node, the has-reports flag and the child index, and reads and
+// writes the text.
+//
+// Text form: declaration version "1.0", encoding "UTF-8", then one element "root";
+// UTF-8 without byte-order mark, one tab per level. Attribute values keep their tabs
+// and line breaks when read (no white-space conversion), so multi-line strings survive.
+#pragma once
+
+#include "SettingsChildIndex_p.h"
+#include "SettingsDomElem_p.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <pugixml.hpp>
+
+class QFile;
+class QSaveFile;
+
+namespace Storage::Private
+{
+
+class SettingsDocImpl
+{
+public:
+  // An empty document: the declaration and an empty "root".
+  SettingsDocImpl();
+  SettingsDocImpl(const SettingsDocImpl&) = delete;
+  SettingsDocImpl& operator=(const SettingsDocImpl&) = delete;
+  ~SettingsDocImpl();
+
+  // Replaces the tree by the file's content; false (and an empty document) when the file
+  // cannot be read, is empty, is no XML or has no "root".
+  bool Read(QFile& file);
+  // The same for a text.
+  bool Read(const QString& xmlText);
+  // Writes the document text to file and commits it: the file is replaced as a whole or
+  // not at all. False when it cannot be opened, written or committed.
+  bool WriteToFile(QSaveFile& file) const;
+  // The document text: declaration, tab indentation.
+  QString ToString() const;
+
+  SettingsDomElem& GetRoot() { return m_root; }
+  const SettingsDomElem& GetRoot() const { return m_root; }
+  bool HasReports() const { return m_hasReports; }
+  void SetHasReports() { m_hasReports = true; }
+  SettingsChildIndex& ChildIndex() { return m_childIndex; }
+
+  // Deepest nesting below "root" that Read accepts.
+  static constexpr int kMaximumDepth = 1000;
+
+  // Stops the diagnostic about files that cannot be opened for writing, for the whole
+  // process; cannot be undone.
+  static void DisableExceptionOnWrite();
+
+private:
+  void CreateEmptyDocument();
+  void SetXMLDeclaration();
+  // Parses buffer (kept as the document's storage), finds "root"; on failure logs
+  // failureText(description) or noRootText and leaves an empty document.
+  enum class ParseOutcome
+  {
+    Ok,
+    ParseError,
+    NoRoot
+  };
+  ParseOutcome Parse(QByteArray buffer, pugi::xml_encoding encoding, QString& parserDescription);
+  void Fail(const QString& diagnostic);
+
+  pugi::xml_document m_document;
+  QByteArray m_buffer;
+  SettingsChildIndex m_childIndex;
+  SettingsDomElem m_root;
+  bool m_hasReports = false;
+};
+
+} // namespace Storage::Private

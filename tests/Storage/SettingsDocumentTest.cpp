@@ -1,0 +1,311 @@
+#include <Core/Common/Storage/SettingsDocument.h>
+#include <Core/Common/Storage/StorageExceptions.h>
+
+#include "LogCapture.h"
+#include "StorageTestHelpers.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <sys/resource.h>
+
+using Storage::AutoSync;
+using Storage::Scope;
+using Storage::SettingsDocument;
+
+namespace
+{
+
+QByteArray readFile(const QString& path)
+{
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool writeFile(const QString& path, const QByteArray& content)
+{
+  QFile file(path);
+  return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
+}
+
+} // namespace
+
+TEST(SettingsDocument, WritesTabIndentedUtf8WithStandardDeclaration)
+{
+  QTemporaryDir dir;
+  const QString path = dir.filePath(QStringLiteral("sub/folder/doc.xml"));
+  {
+    SettingsDocument document(path, AutoSync::Off);
+    document.SetClass("setup");
+    document.SetVersion(2);
+    auto center = document.CreateNode("center");
+    center->SetClass("point2D");
+    center->Set("X", 10);
+    center->Set("Y", -3);
+    document.AppendCollectionItem("items", 5);
+    document.Set("name", QStringLiteral("Kamera \u00b5"));
+    ASSERT_TRUE(document.Save());
+    EXPECT_EQ(document.GetContent(), QString::fromUtf8(readFile(path)).trimmed());
+  }
+  const QByteArray expected = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                              "<root class=\"setup\" version=\"2\">\n"
+                              "\t<center class=\"point2D\">\n"
+                              "\t\t<X class=\"int32\" value=\"10\" />\n"
+                              "\t\t<Y class=\"int32\" value=\"-3\" />\n"
+                              "\t</center>\n"
+                              "\t<items index=\"0\" class=\"int32\" value=\"5\" />\n"
+                              "\t<name class=\"string\" value=\"Kamera \xc2\xb5\" />\n"
+                              "</root>\n";
+  EXPECT_EQ(readFile(path), expected);
+
+  SettingsDocument loaded(path, AutoSync::LoadOnly);
+  EXPECT_EQ(loaded.GetVersion(), 2u);
+  EXPECT_EQ(loaded.GetNode("center")->Get<int>("Y", 0), -3);
+  EXPECT_EQ(loaded.Get<QString>("name", QString()), QStringLiteral("Kamera \u00b5"));
+  EXPECT_TRUE(loaded.ToString().startsWith(QStringLiteral("<root class=\"setup\" version=\"2\">\n <center")));
+}
+
+TEST(SettingsDocument, MultiLineStringsSurviveSaveAndLoad)
+{
+  const QString text = QStringLiteral("first line\nsecond\tline\r\nthird  line\n");
+  QTemporaryDir dir;
+  const QString path = dir.filePath(QStringLiteral("lines.xml"));
+  {
+    SettingsDocument document(path, AutoSync::LoadAndSave);
+    document.Set("text", text);
+    document.AppendCollectionItem("list", text);
+  } // saved by the destructor
+  SettingsDocument loaded(path, AutoSync::LoadOnly);
+  EXPECT_EQ(loaded.Get<QString>("text", QString()), text);
+  EXPECT_EQ(loaded.GetCollectionItem<QString>("list", 0, QString()), text);
+
+  Storage::SettingsStringBasedDocument copy(loaded.GetContent());
+  EXPECT_EQ(copy.Get<QString>("text", QString()), text);
+
+  // Files edited by hand hold the breaks and tabs literally; they are kept as well.
+  const QString handmade = dir.filePath(QStringLiteral("handmade.xml"));
+  ASSERT_TRUE(writeFile(handmade, "<root><text class=\"string\" value=\"a\r\n\tb\nc\"/></root>"));
+  EXPECT_EQ(SettingsDocument(handmade, AutoSync::LoadOnly).Get<QString>("text", QString()),
+            QStringLiteral("a\n\tb\nc"));
+}
+
+TEST(SettingsDocument, AnInterruptedSaveKeepsThePreviousFile)
+{
+  QTemporaryDir dir;
+  const QString path = dir.filePath(QStringLiteral("keep.xml"));
+  {
+    SettingsDocument small(path, AutoSync::Off);
+    small.Set("generation", 1);
+    ASSERT_TRUE(small.Save());
+  }
+  const QByteArray before = readFile(path);
+
+  SettingsDocument big(path, AutoSync::Off);
+  big.Set("generation", 2);
+  for (int i = 0; i < 5000; ++i)
+    big.AppendCollectionItem("filler", QStringLiteral("some text to make the file large"));
+
+  // The file-size limit makes the write fail part way, as a full disk would.
+  struct rlimit old
+  {
+  };
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &old), 0);
+  const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+  struct rlimit limited = old;
+  limited.rlim_cur = 4096;
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limited), 0);
+  const bool saved = big.Save();
+  setrlimit(RLIMIT_FSIZE, &old);
+  std::signal(SIGXFSZ, oldHandler);
+
+  EXPECT_FALSE(saved);
+  EXPECT_EQ(readFile(path), before);
+  EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("keep.xml")}); // no leftovers
+  EXPECT_TRUE(big.Save());
+  EXPECT_EQ(SettingsDocument(path, AutoSync::LoadOnly).Get<int>("generation", 0), 2);
+}
+
+TEST(SettingsDocument, ContextsAreValidatedForFolderScopes)
+{
+  const struct
+  {
+    Scope scope;
+    const char* context;
+    const char* message;
+  } cases[] = {
+      {Scope::User, "a:b", "Context contains invalid character(s)."},
+      {Scope::Application, "a*", "Context contains invalid character(s)."},
+      {Scope::Fixed, "what?", "Context contains invalid character(s)."},
+      {Scope::User, "", "Empty context is not allowed"},
+      {static_cast<Scope>(5), "x", "Unknown Scope."},
+  };
+  for (const auto& c : cases)
+  {
+    SCOPED_TRACE(c.context);
+    try
+    {
+      SettingsDocument document(c.scope, QString::fromUtf8(c.context), AutoSync::Off);
+      ADD_FAILURE() << "no exception";
+    }
+    catch (const Storage::InvalidScopeOrContext& e)
+    {
+      EXPECT_EQ(e.message(), QString::fromUtf8(c.message));
+    }
+  }
+  EXPECT_NO_THROW(SettingsDocument(Scope::File, QStringLiteral("c:/odd?*"), AutoSync::Off));
+  EXPECT_NO_THROW(SettingsDocument(Scope::InMemory, QStringLiteral("a:b"), AutoSync::LoadAndSave));
+}
+
+TEST(SettingsDocument, InMemoryDocumentsNeverTouchTheDisk)
+{
+  SettingsDocument document(Scope::InMemory, QStringLiteral("ignored"), AutoSync::LoadAndSave);
+  EXPECT_EQ(document.GetContext(), QString());
+  EXPECT_EQ(document.GetScope(), Scope::InMemory);
+  document.Set("a", 1);
+  EXPECT_TRUE(document.Save());
+  EXPECT_TRUE(document.Load());
+  EXPECT_EQ(document.Get<int>("a", 0), 1); // Load reads nothing
+  EXPECT_FALSE(SettingsDocument::DocumentExists(Scope::InMemory, QStringLiteral("ignored")));
+  EXPECT_FALSE(SettingsDocument::DeleteDocument(Scope::InMemory, QStringLiteral("ignored")));
+  EXPECT_EQ(SettingsDocument::FilePathFor(Scope::InMemory, QStringLiteral("x")), QString());
+  EXPECT_FALSE(document.SaveTo(Scope::InMemory, QStringLiteral("x")));
+}
+
+TEST(SettingsDocument, FolderScopesWithoutFoldersHaveNoPath)
+{
+  EXPECT_EQ(SettingsDocument::FilePathFor(Scope::User, QStringLiteral("camera")), QString());
+  EXPECT_EQ(SettingsDocument::FilePathFor(static_cast<Scope>(9), QStringLiteral("camera")), QString());
+  EXPECT_THROW(Storage::GetUserScopePath(), Storage::StorageError);
+  EXPECT_TRUE(SettingsDocument::DeleteDocument(Scope::User, QStringLiteral("never/written")));
+  EXPECT_FALSE(SettingsDocument::DeleteDocument(Scope::Fixed, QStringLiteral("camera")));
+  EXPECT_FALSE(SettingsDocument::DocumentExists(Scope::User, QStringLiteral("camera")));
+
+  SettingsDocument fixed(Scope::Fixed, QStringLiteral("camera"), AutoSync::LoadAndSave);
+  EXPECT_FALSE(fixed.Save());
+  SettingsDocument user(Scope::User, QStringLiteral("plugins/camera"), AutoSync::Off);
+  EXPECT_FALSE(user.Save());
+  EXPECT_FALSE(user.Load());
+  EXPECT_FALSE(user.SaveTo(Scope::Fixed, QString()));
+  EXPECT_FALSE(user.SaveTo(Scope::File, QStringLiteral("/tmp/x.xml")));
+  EXPECT_FALSE(user.SaveTo(Scope::User, QStringLiteral("bad:context")));
+}
+
+TEST(SettingsDocument, FileScopeLoadSaveDeleteAndAutoSync)
+{
+  QTemporaryDir dir;
+  const QString path = dir.filePath(QStringLiteral("auto.xml"));
+  EXPECT_FALSE(SettingsDocument::DocumentExists(Scope::File, path));
+  {
+    SettingsDocument document(path, AutoSync::LoadOnly);
+    document.Set("a", 1);
+  } // LoadOnly never saves
+  EXPECT_FALSE(QFile::exists(path));
+  {
+    SettingsDocument document(Scope::File, path, AutoSync::LoadAndSave);
+    EXPECT_EQ(document.GetContext(), path);
+    document.Set("a", 2);
+  }
+  EXPECT_TRUE(SettingsDocument::DocumentExists(Scope::File, path));
+  {
+    SettingsDocument document(path, AutoSync::LoadAndSave);
+    EXPECT_EQ(document.Get<int>("a", 0), 2);
+    document.Set("a", 3);
+  }
+  SettingsDocument off(path, AutoSync::Off);
+  EXPECT_FALSE(off.Contains("a"));
+  ASSERT_TRUE(off.Load());
+  EXPECT_EQ(off.Get<int>("a", 0), 3);
+  EXPECT_EQ(SettingsDocument::FilePathFor(Scope::File, path), path);
+
+  EXPECT_FALSE(off.SaveAs(QString()));
+  const QString copy = dir.filePath(QStringLiteral("deeper/copy.xml"));
+  EXPECT_TRUE(off.SaveAs(copy));
+  EXPECT_EQ(readFile(copy), readFile(path));
+
+  EXPECT_TRUE(SettingsDocument::DeleteDocument(Scope::File, path));
+  EXPECT_FALSE(QFile::exists(path));
+  EXPECT_TRUE(SettingsDocument::DeleteDocument(Scope::File, path));
+  EXPECT_FALSE(off.Load());
+  EXPECT_TRUE(off.GetChildrenNames().isEmpty());
+}
+
+TEST(SettingsDocument, FailedLoadsLeaveAnEmptyUsableDocument)
+{
+  QTemporaryDir dir;
+  const struct
+  {
+    const char* what;
+    QByteArray content;
+    const char* diagnostic;
+  } cases[] = {
+      {"empty file", QByteArray(), "Settings file is empty: "},
+      {"not xml", "<root><a></root>", "failed: XML-parse error is: "},
+      {"no root", "<?xml version=\"1.0\"?><settings><a class=\"int32\" value=\"1\"/></settings>",
+       "XML content error: Root node not found. Content is: ###"},
+  };
+  for (const auto& c : cases)
+  {
+    SCOPED_TRACE(c.what);
+    const QString path = dir.filePath(QStringLiteral("bad.xml"));
+    ASSERT_TRUE(writeFile(path, c.content));
+    SettingsDocument document(path, AutoSync::Off);
+    document.Set("stale", 1);
+    LogCapture capture("Core.Serialization");
+    EXPECT_FALSE(document.Load());
+    EXPECT_TRUE(document.GetChildrenNames().isEmpty());
+    ASSERT_EQ(capture.messages().size(), 1);
+    EXPECT_TRUE(capture.messages().first().contains(QString::fromUtf8(c.diagnostic)))
+        << capture.messages().first().toStdString();
+    document.Set("fresh", 2);
+    EXPECT_TRUE(document.Save());
+    EXPECT_EQ(SettingsDocument(path, AutoSync::LoadOnly).Get<int>("fresh", 0), 2);
+  }
+  SettingsDocument missing(dir.filePath(QStringLiteral("none.xml")), AutoSync::Off);
+  EXPECT_FALSE(missing.Load());
+}
+
+TEST(SettingsDocument, ForeignDeclarationIsReplacedByTheStandardOne)
+{
+  QTemporaryDir dir;
+  const QString path = dir.filePath(QStringLiteral("latin1.xml"));
+  ASSERT_TRUE(writeFile(path, "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n"
+                              "<root><name class=\"string\" value=\"M\xfcller\"/></root>"));
+  SettingsDocument document(path, AutoSync::LoadOnly);
+  EXPECT_EQ(document.Get<QString>("name", QString()), QStringLiteral("M\u00fcller"));
+  ASSERT_TRUE(document.Save());
+  const QByteArray written = readFile(path);
+  EXPECT_TRUE(written.startsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<root>")) << written.toStdString();
+  EXPECT_TRUE(written.contains("M\xc3\xbcller"));
+}
+
+TEST(SettingsDocument, ContentTextsAndHasReports)
+{
+  SettingsDocument document;
+  EXPECT_EQ(document.GetContent(), QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<root />"));
+  EXPECT_TRUE(document.SetContent(QStringLiteral("<?xml version=\"1.0\"?><!-- note --><root><v class=\"int32\" "
+                                                 "value=\"4\"/></root>")));
+  EXPECT_EQ(document.GetContent(), QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                                  "<root>\n\t<v class=\"int32\" value=\"4\" />\n</root>"));
+  EXPECT_FALSE(document.HasReports());
+  EXPECT_EQ(document.Get<double>("v", 0), 4.0);
+  EXPECT_TRUE(document.HasReports());
+  EXPECT_TRUE(document.SetContent(document.GetContent()));
+  EXPECT_FALSE(document.HasReports()); // a new text starts a new reading
+  EXPECT_FALSE(document.SetContent(QString()));
+  EXPECT_EQ(document.ToString(), QStringLiteral("<root />"));
+
+  // Long texts reach the writer in many chunks: none may be lost or decoded wrongly.
+  QString wide;
+  for (int i = 0; i < 20000; ++i)
+    wide += QStringLiteral("a\u00e4\u20ac\U0001F600");
+  document.Set("wide", wide);
+  document.AppendCollectionItem("wider", wide + wide);
+  Storage::SettingsStringBasedDocument copy(document.GetContent());
+  EXPECT_EQ(copy.Get<QString>("wide", QString()), wide);
+  EXPECT_EQ(copy.GetCollectionItem<QString>("wider", 0, QString()), wide + wide);
+  EXPECT_EQ(copy.ToString(), document.ToString());
+}
