@@ -1,5 +1,6 @@
 #include "LogCapture.h"
 #include "SignalLog.h"
+#include "TestHelpers.h"
 
 #include <Core/Common/Exceptions/GeneralExceptions.h>
 #include <Core/Common/Parameter/C_Bool.h>
@@ -33,20 +34,6 @@ std::shared_ptr<C_Category> makeTree()
   root->AddChild(camera);
   root->AddChild(CreateBool("Enabled", true));
   return root;
-}
-
-template <typename Fn>
-QString messageOf(Fn&& fn)
-{
-  try
-  {
-    fn();
-  }
-  catch (const RTE::Exception& e)
-  {
-    return e.typeName() + QStringLiteral(": ") + e.message();
-  }
-  return QStringLiteral("no exception");
 }
 
 } // namespace

@@ -106,6 +106,9 @@ protected:
   virtual void NotifyVisibilityLevelChanged();
 
 private:
+  // A list announces on behalf of its entries (C_List::NotifyEvent).
+  friend class C_List;
+
   QString m_label;
   QString m_name;
   QString m_description;
