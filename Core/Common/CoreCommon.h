@@ -25,6 +25,7 @@
 #include <Core/Common/Parameter/C_Category.h>
 #include <Core/Common/Parameter/C_Double.h>
 #include <Core/Common/Parameter/C_DoubleList.h>
+#include <Core/Common/Parameter/C_Enumeration.h>
 #include <Core/Common/Parameter/C_EnumerationEntry.h>
 #include <Core/Common/Parameter/C_Integer.h>
 #include <Core/Common/Parameter/C_IntegerList.h>
