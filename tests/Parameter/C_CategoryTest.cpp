@@ -56,7 +56,8 @@ TEST(C_Node, EnumerationTextsIncludingUndefinedValues)
       {Visible4Customer, "Visible4Customer"},
       {Visible4Service, "Visible4Service"},
       {Visible4Developer, "Visible4Developer"},
-      {static_cast<E_VisibilityLevel>(3), "E_VisibilityLevel: I am confused!"}};
+      {static_cast<E_VisibilityLevel>(3), "E_VisibilityLevel: I am confused!"},
+      {static_cast<E_VisibilityLevel>(-1), "E_VisibilityLevel: I am confused!"}};
   for (const auto& [level, expected] : levels)
   {
     std::ostringstream s;
@@ -233,6 +234,7 @@ TEST(C_Category, AddAndRemoveChildren)
 
   EXPECT_EQ(messageOf([&] { category->AddChild(CreateText("Flag", "", "", ReadWrite, "x", "LineEdit")); }),
             "RTE::Exception: Cannot add child. This category already contains a child with the name Flag");
+  EXPECT_THROW(category->AddChild(nullptr), RTE::InvalidArgumentError);
   EXPECT_EQ(category->GetChildList().size(), 2u);
   EXPECT_EQ(category->GetChild("Flag"), flag) << "the first child stays";
 

@@ -1,6 +1,7 @@
 #include "SignalLog.h"
 #include "TestHelpers.h"
 
+#include <Core/Common/Exceptions/GeneralExceptions.h>
 #include <Core/Common/Parameter/C_Bool.h>
 #include <Core/Common/Parameter/C_Enumeration.h>
 
@@ -42,8 +43,6 @@ TEST(C_Enumeration, StartsWithThePlaceholder)
 {
   C_Enumeration e;
   EXPECT_EQ(e.GetCurrentEntry()->GetName(), "__invalid__");
-  EXPECT_EQ(e.GetCurrentEntry()->GetLabel(), "__invalid__");
-  EXPECT_EQ(e.GetCurrentEntry()->GetDescription(), "__invalid__");
   EXPECT_EQ(e.GetCurrentValue(), 0);
   EXPECT_TRUE(e.GetEntries().empty());
   EXPECT_EQ(e.GetAccessMode(), UndefinedAccesMode);
@@ -83,6 +82,7 @@ TEST(C_Enumeration, AddingEntriesAnnouncesInOrder)
     SCOPED_TRACE(c.what);
     EXPECT_EQ(messageOf([&] { e->AddEntry(c.duplicate); }), c.expected);
   }
+  EXPECT_THROW(e->AddEntry(nullptr), RTE::InvalidArgumentError);
   EXPECT_EQ(e->GetEntries().size(), 2u);
   EXPECT_TRUE(log.take().isEmpty());
 }

@@ -173,6 +173,7 @@ TEST(C_List, EntriesAndTheirAnnouncements)
   EXPECT_EQ(list->GetLength(), 2u);
   EXPECT_EQ(list->GetAt(1), second);
 
+  EXPECT_THROW(list->Append(nullptr), RTE::InvalidArgumentError);
   EXPECT_EQ(messageOf([&] { list->GetAt(2); }), "RTE::Exception: Index 2 is out of range.");
   EXPECT_EQ(messageOf([&] { list->EraseAt(2); }), "RTE::VerificationFailed: Invalid index");
   EXPECT_EQ(spy.count(), 2);

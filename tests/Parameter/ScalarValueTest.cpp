@@ -3,7 +3,6 @@
 
 #include <Core/Common/Parameter/C_Action.h>
 #include <Core/Common/Parameter/C_Bool.h>
-#include <Core/Common/Parameter/C_Category.h>
 #include <Core/Common/Parameter/C_Double.h>
 #include <Core/Common/Parameter/C_Text.h>
 
@@ -124,16 +123,4 @@ TEST(C_Action, ExecutionWithAndWithoutCallback)
   EXPECT_EQ(callback->calls, 2);
   EXPECT_EQ(messageOf([&] { other->CopyValues(CreateBool("b", true)); }),
             "RTE::Exception: Cannot cast Bool to Action.");
-}
-
-TEST(CastTo, FailuresNameTheTypeAndTheClassWord)
-{
-  std::shared_ptr<C_Node> flag = CreateBool("b", true);
-  std::shared_ptr<C_Node> category = CreateCategory("c", "", "");
-  EXPECT_EQ(CastToBool(flag).get(), flag.get());
-  EXPECT_EQ(CastToCategory(category).get(), category.get());
-  EXPECT_EQ(CastToBool(flag).use_count(), 3) << "the cast shares ownership";
-  EXPECT_EQ(messageOf([&] { CastToText(flag); }), "RTE::Exception: Cannot cast Bool to Text.");
-  EXPECT_EQ(messageOf([&] { CastToDouble(category); }), "RTE::Exception: Cannot cast Category to Double.");
-  EXPECT_EQ(messageOf([&] { CastToAction(flag); }), "RTE::Exception: Cannot cast Bool to Action.");
 }

@@ -143,6 +143,8 @@ bool C_Category::empty() const
 
 void C_Category::AddChild(std::shared_ptr<C_Node> child)
 {
+  if (!child)
+    RTE::Raise(RTE::InvalidArgumentError(tr("Cannot add an empty child")));
   if (FindChild(child->GetName()) != m_children.end())
     RTE::Raise(RTE::Exception(tr("Cannot add child. This category already contains a child with the name ") +
                               child->GetName()));

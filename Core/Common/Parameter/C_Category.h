@@ -55,7 +55,8 @@ public:
   // throws RTE::Exception when the path continues below a node that is not a category.
   virtual bool Contains(const QString& path) const;
   virtual bool empty() const;
-  // Appends and emits ValueChanged(); throws RTE::Exception if the name is taken.
+  // Appends and emits ValueChanged(); throws RTE::Exception if the name is taken and
+  // RTE::InvalidArgumentError for an empty pointer.
   virtual void AddChild(std::shared_ptr<C_Node> child);
   // Unlinks the child with that plain name and emits ValueChanged(); throws
   // RTE::Exception if there is none.

@@ -2,6 +2,8 @@
 
 #include "ParameterLog_p.h"
 
+#include <Core/Common/Exceptions/GeneralExceptions.h>
+
 #include <algorithm>
 
 namespace RTE::Parameter
@@ -63,6 +65,8 @@ const std::list<std::shared_ptr<C_EnumerationEntry>>& C_Enumeration::GetEntries(
 
 void C_Enumeration::AddEntry(std::shared_ptr<C_EnumerationEntry> entry)
 {
+  if (!entry)
+    RTE::Raise(RTE::InvalidArgumentError(tr("Cannot add an empty enumeration entry")));
   ThrowIfNotUnique(entry);
   m_entries.push_back(std::move(entry));
   if (m_entries.size() == 1)

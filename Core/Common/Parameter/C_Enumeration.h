@@ -42,7 +42,8 @@ public:
 
   virtual const std::list<std::shared_ptr<C_EnumerationEntry>>& GetEntries() const;
   // Appends; the first entry becomes current. Throws RTE::Exception "Enumeration entry
-  // not unique: ..." when an entry has the same name (exactly) or value.
+  // not unique: ..." when an entry has the same name (exactly) or value, and
+  // RTE::InvalidArgumentError for an empty pointer.
   virtual void AddEntry(std::shared_ptr<C_EnumerationEntry> entry);
   // Drops all entries; the placeholder becomes current without a signal.
   virtual void Clear();

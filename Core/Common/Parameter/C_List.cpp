@@ -89,6 +89,8 @@ void C_List::NotifyEvent()
 
 void C_List::Append(std::shared_ptr<C_Node> entry)
 {
+  if (!entry)
+    RTE::Raise(RTE::InvalidArgumentError(tr("Cannot append an empty entry")));
   m_entries.push_back(std::move(entry));
   NotifyValueChanged();
 }

@@ -51,7 +51,7 @@ public:
   // ValueChanged() of the list, then that of every entry in order.
   virtual void NotifyEvent();
 
-  // Adds at the end; announced.
+  // Adds at the end; announced. Throws RTE::InvalidArgumentError for an empty pointer.
   void Append(std::shared_ptr<C_Node> entry);
   // Removes all entries; announced only if there were any.
   void Clear();

@@ -23,7 +23,7 @@ namespace RTE::Parameter
 {
 
 // Who may change a node. 0 is not a defined value.
-enum E_AccessMode
+enum E_AccessMode : int
 {
   ReadOnly = 1,
   ReadWrite = 2,
@@ -31,7 +31,7 @@ enum E_AccessMode
 };
 
 // The narrowest audience a node is shown to, widest first.
-enum E_VisibilityLevel
+enum E_VisibilityLevel : int
 {
   Visible4Customer = 0,
   Visible4Service = 1,
