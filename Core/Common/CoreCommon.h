@@ -25,6 +25,25 @@
 #include <Core/Common/Storage/ValueSerialization.h>
 
 // Parameter model
+#include <Core/Common/Parameter/C_Action.h>
+#include <Core/Common/Parameter/C_Bool.h>
+#include <Core/Common/Parameter/C_Category.h>
+#include <Core/Common/Parameter/C_Double.h>
+#include <Core/Common/Parameter/C_DoubleList.h>
+#include <Core/Common/Parameter/C_Enumeration.h>
+#include <Core/Common/Parameter/C_EnumerationEntry.h>
+#include <Core/Common/Parameter/C_Integer.h>
+#include <Core/Common/Parameter/C_IntegerList.h>
+#include <Core/Common/Parameter/C_List.h>
+#include <Core/Common/Parameter/C_Node.h>
+#include <Core/Common/Parameter/C_NumericValueBase.h>
+#include <Core/Common/Parameter/C_NumericValueListT.h>
+#include <Core/Common/Parameter/C_NumericValueT.h>
+#include <Core/Common/Parameter/C_Text.h>
+#include <Core/Common/Parameter/C_TextList.h>
+#include <Core/Common/Parameter/I_ActionCallback.h>
+#include <Core/Common/Parameter/LegacySignalBridge.h>
+#include <Core/Common/Parameter/RangeT.h>
 
 // Units and quantities
 #include <Core/Common/Units/AccelerationUnits.h>
