@@ -176,3 +176,20 @@ TEST(Exception, WhatIsLatin1AndCopiesAreIndependent)
   EXPECT_STREQ(copy.what(), "Temperatur 20 \xB0"
                             "C, Faktor ?");
 }
+
+TEST(Exception, RaiseWithoutLogRecordsTheLocationButLogsNothing)
+{
+  LogCapture capture("Core.Exception");
+  const unsigned int line = __LINE__ + 3;
+  try
+  {
+    RTE::RaiseWithoutLog(RTE::VerificationFailed(QStringLiteral("Value with name 'x' not found")));
+  }
+  catch (const RTE::VerificationFailed& e)
+  {
+    EXPECT_EQ(e.sourceLine(), line);
+    EXPECT_TRUE(capture.messages().isEmpty());
+    return;
+  }
+  FAIL() << "RTE::RaiseWithoutLog did not throw";
+}

@@ -1,4 +1,5 @@
-// The one way library code throws: record where, log, throw.
+// The one way library code throws: record where, log, throw (RaiseWithoutLog for the
+// few failures that are expected and must not be logged).
 //
 //   if (width <= 0)
 //     RTE::Raise(RTE::InvalidArgumentError(QObject::tr("Width must be positive")));
@@ -23,6 +24,17 @@ requires std::is_base_of_v<Exception, std::remove_cvref_t<E>>
   std::remove_cvref_t<E> raised(std::forward<E>(exception));
   raised.setLocation(QString::fromUtf8(where.file_name()), static_cast<unsigned int>(where.line()));
   raised.log();
+  throw raised;
+}
+
+// As Raise, but without logging: for failures that callers routinely expect and handle
+// (a missing child while probing a tree), whose report would only be noise.
+template <typename E>
+  requires std::is_base_of_v<Exception, std::remove_cvref_t<E>>
+[[noreturn]] void RaiseWithoutLog(E&& exception, const std::source_location& where = std::source_location::current())
+{
+  std::remove_cvref_t<E> raised(std::forward<E>(exception));
+  raised.setLocation(QString::fromUtf8(where.file_name()), static_cast<unsigned int>(where.line()));
   throw raised;
 }
 

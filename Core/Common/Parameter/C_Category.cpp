@@ -116,7 +116,7 @@ std::shared_ptr<C_Node> C_Category::GetChild(const QString& path) const
   const QString first = parts.takeFirst();
   const auto child = FindChild(first);
   if (child == m_children.end())
-    detail::RaiseUnlogged(RTE::VerificationFailed(tr("Value with name '%1' not found").arg(first)));
+    RTE::RaiseWithoutLog(RTE::VerificationFailed(tr("Value with name '%1' not found").arg(first)));
   if (parts.isEmpty())
     return *child;
   return CastToCategory(*child)->GetChild(parts.join(separator));

@@ -17,16 +17,6 @@ Q_DECLARE_LOGGING_CATEGORY(lcParameter)
 namespace RTE::Parameter::detail
 {
 
-// Throws with the source location recorded but without logging: for failures that
-// callers routinely expect and handle (a missing path while probing a tree).
-template <typename E>
-[[noreturn]] void RaiseUnlogged(E&& exception, const std::source_location& where = std::source_location::current())
-{
-  std::remove_cvref_t<E> raised(std::forward<E>(exception));
-  raised.setLocation(QString::fromUtf8(where.file_name()), static_cast<unsigned int>(where.line()));
-  throw raised;
-}
-
 // The checked cast behind every CastTo... function: shares ownership, or raises
 // "Cannot cast <type name> to <class word>.".
 template <typename Target>
