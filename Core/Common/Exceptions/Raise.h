@@ -30,7 +30,7 @@ requires std::is_base_of_v<Exception, std::remove_cvref_t<E>>
 // As Raise, but without logging: for failures that callers routinely expect and handle
 // (a missing child while probing a tree), whose report would only be noise.
 template <typename E>
-  requires std::is_base_of_v<Exception, std::remove_cvref_t<E>>
+requires std::is_base_of_v<Exception, std::remove_cvref_t<E>>
 [[noreturn]] void RaiseWithoutLog(E&& exception, const std::source_location& where = std::source_location::current())
 {
   std::remove_cvref_t<E> raised(std::forward<E>(exception));
