@@ -3,6 +3,8 @@
 #include <Core/Common/Compression/C_IMX.h>
 #include <Core/Common/Compression/ImxCoder_p.h>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -35,7 +37,108 @@ std::vector<uint16_t> literals(std::size_t count)
   return words;
 }
 
+// The encoding rules written out plainly: small-delta runs and pending literals are
+// kept as lists and turned into tokens when they end.
 } // namespace
+Bytes referenceStream(const std::vector<uint16_t>& words, std::size_t columns)
+{
+  Bytes out;
+  std::vector<uint16_t> literalsPending;
+  std::vector<int> run;
+  const auto putWord = [&](uint16_t w) { out.insert(out.end(), {uint8_t(w & 0xFF), uint8_t(w >> 8)}); };
+  const auto flushLiterals = [&](bool fold)
+  {
+    if (fold && literalsPending.size() >= 3)
+    {
+      out.insert(out.end(), {0x7F, uint8_t(literalsPending.size())});
+      for (uint16_t w : literalsPending)
+        putWord(w);
+    }
+    else
+    {
+      for (uint16_t w : literalsPending)
+      {
+        out.push_back(0x80);
+        putWord(w);
+      }
+    }
+    literalsPending.clear();
+  };
+  const auto closeRun = [&]
+  {
+    std::size_t first = 0;
+    if (run.size() >= 7)
+    {
+      if (run.size() % 2 == 0)
+        out.push_back(uint8_t(run[first++]));
+      out.push_back(0x81);
+      for (; first + 1 < run.size(); first += 2)
+        out.push_back(uint8_t((run[first] << 4) | (run[first + 1] & 0xF)));
+      out.push_back(uint8_t((run[first] << 4) | 8));
+    }
+    else
+    {
+      for (int d : run)
+        out.push_back(uint8_t(d));
+    }
+    run.clear();
+  };
+  int previous = 0;
+  for (std::size_t i = 0; i < words.size(); ++i)
+  {
+    const int d = int(words[i]) - previous;
+    previous = words[i];
+    const bool last = (i + 1) % columns == 0;
+    if (d >= -7 && d <= 7 && !last)
+    {
+      flushLiterals(true);
+      run.push_back(d);
+      continue;
+    }
+    closeRun();
+    if (d >= -126 && d <= 126)
+    {
+      flushLiterals(true);
+      out.push_back(uint8_t(d));
+    }
+    else
+    {
+      literalsPending.push_back(words[i]);
+      if (literalsPending.size() == 255)
+        flushLiterals(true);
+    }
+  }
+  flushLiterals(false);
+  return out;
+}
+namespace
+{
+
+} // namespace
+
+TEST(C_IMX, StreamsFollowTheRulesOnVariedImages)
+{
+  // Noise levels from flat to wild, so runs, folds and literals start and end everywhere.
+  for (int spread : {0, 2, 7, 12, 60, 150, 3000})
+    for (std::size_t columns : {1u, 2u, 16u, 17u, 18u, 33u, 100u, 1000u})
+    {
+      SCOPED_TRACE(testing::Message() << "spread " << spread << ", " << columns << " columns");
+      std::mt19937 random(static_cast<unsigned>(spread * 7919 + columns));
+      std::uniform_int_distribution<int> noise(-spread, spread);
+      std::vector<uint16_t> image(columns * 7);
+      int value = 30000;
+      for (std::size_t i = 0; i < image.size(); ++i)
+      {
+        value = std::clamp(value + noise(random), 0, 65535);
+        image[i] = static_cast<uint16_t>(i % 97 < 20 ? 500 : value); // flat stretches too
+      }
+      const Bytes expected = referenceStream(image, columns);
+      EXPECT_EQ(imx(image, static_cast<qlonglong>(columns), 7), expected);
+      RTE::ImxCoder::setParallelThreads(3);
+      EXPECT_EQ(imx(image, static_cast<qlonglong>(columns), 7, true), expected);
+      RTE::ImxCoder::setParallelThreads(0);
+    }
+}
 
 TEST(C_IMX, LiteralsFoldFromThreeAndSplitAt255)
 {

@@ -120,7 +120,7 @@ uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns
   {
     uint8_t* run = nullptr;
     std::size_t runLength = 0;
-    for (std::size_t column = 0; column < columns; ++column)
+    const auto step = [&](std::size_t column)
     {
       const unsigned word = loadWord(source + 2 * column);
       const int delta = static_cast<int>(word) - static_cast<int>(previous);
@@ -132,7 +132,7 @@ uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns
         if (runLength++ == 0)
           run = out;
         *out++ = static_cast<uint8_t>(delta);
-        continue;
+        return;
       }
       if (runLength >= shortestNibbleRun)
         out = packNibbles(run, runLength);
@@ -147,7 +147,97 @@ uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns
       {
         writeLiteral(word);
       }
+    };
+
+    std::size_t column = 0;
+#if defined(__SSE2__)
+    // Sixteen words at a time: the longest prefix of one-byte deltas is written as its 16
+    // delta bytes at once; runs of 7 or more small deltas that close inside it are then
+    // packed in place and the bytes after them moved up. A word that needs a literal goes
+    // the plain way. Word 0 does too (its predecessor is not in this row), and the loop
+    // stops before the row's last word.
+    if (columns > 0)
+      step(column++);
+    while (column + 16 < columns)
+    {
+      const uint8_t* at = source + 2 * column;
+      const __m128i current0 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
+      const __m128i current1 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 16));
+      const __m128i before0 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at - 2));
+      const __m128i before1 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at + 14));
+      // |delta| as unsigned 16-bit values: one of the two saturated differences is 0.
+      const __m128i size0 = _mm_or_si128(_mm_subs_epu16(current0, before0), _mm_subs_epu16(before0, current0));
+      const __m128i size1 = _mm_or_si128(_mm_subs_epu16(current1, before1), _mm_subs_epu16(before1, current1));
+      const __m128i zero = _mm_setzero_si128();
+      const auto fitMask = static_cast<uint32_t>(
+          _mm_movemask_epi8(_mm_packs_epi16(_mm_cmpeq_epi16(_mm_subs_epu16(size0, _mm_set1_epi16(126)), zero),
+                                            _mm_cmpeq_epi16(_mm_subs_epu16(size1, _mm_set1_epi16(126)), zero))));
+      const unsigned count = fitMask == 0xFFFF ? 16 : static_cast<unsigned>(__builtin_ctz(~fitMask));
+      if (count == 0)
+      {
+        step(column++);
+        continue;
+      }
+      if (pending != 0)
+        flushLiterals();
+      const uint32_t prefix = count == 16 ? 0xFFFFu : (1u << count) - 1;
+      const uint32_t smallMask =
+          static_cast<uint32_t>(
+              _mm_movemask_epi8(_mm_packs_epi16(_mm_cmpeq_epi16(_mm_subs_epu16(size0, _mm_set1_epi16(7)), zero),
+                                                _mm_cmpeq_epi16(_mm_subs_epu16(size1, _mm_set1_epi16(7)), zero)))) &
+          prefix;
+      const __m128i mask = _mm_set1_epi16(0xFF);
+      const __m128i bytes = _mm_packus_epi16(_mm_and_si128(_mm_sub_epi16(current0, before0), mask),
+                                             _mm_and_si128(_mm_sub_epi16(current1, before1), mask));
+      uint8_t* const base = out;
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(base), bytes);
+
+      // Bit 16 + i stands for word i; the low half holds the run open before the block.
+      const uint32_t carried = runLength >= 16 ? 0xFFFFu : (0xFFFFu << (16 - runLength)) & 0xFFFFu;
+      const uint32_t runs = (smallMask << 16) | carried;
+      uint32_t seven = runs;
+      for (int shift = 1; shift < 7; ++shift)
+        seven &= runs << shift;
+      uint32_t closes = (seven << 1) & ~runs & (prefix << 16);
+      std::size_t moved = 0; // bytes the block has moved up by packing
+      while (closes != 0)
+      {
+        const unsigned i = static_cast<unsigned>(__builtin_ctz(closes)) - 16;
+        closes &= closes - 1;
+        const uint32_t othersBefore = ~smallMask & ((1u << i) - 1);
+        // The run began before the block (it is the open run) or at the block's start.
+        uint8_t* start = runLength > 0 ? run : base;
+        std::size_t length = runLength + i;
+        if (othersBefore != 0)
+        {
+          const unsigned first = 32 - static_cast<unsigned>(__builtin_clz(othersBefore));
+          start = base + first - moved;
+          length = i - first;
+        }
+        uint8_t* const packedEnd = packNibbles(start, length);
+        uint8_t* const rest = base + i - moved;
+        std::memmove(packedEnd, rest, 16 - i);
+        moved += static_cast<std::size_t>(rest - packedEnd);
+      }
+      out = base + count - moved;
+      if (smallMask == prefix)
+      {
+        if (runLength == 0)
+          run = base;
+        runLength += count;
+      }
+      else
+      {
+        // The run still open is the small deltas at the end of the prefix.
+        runLength = static_cast<std::size_t>(__builtin_clz(~(smallMask << (32 - count))));
+        run = out - runLength;
+      }
+      previous = loadWord(at + 2 * (count - 1));
+      column += count;
     }
+#endif
+    for (; column < columns; ++column)
+      step(column);
   }
   state.previous = previous;
   state.pending = pending;
