@@ -368,13 +368,16 @@ DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* dest
   while (o < outEnd)
   {
 #if defined(__SSE2__)
-    // Sixteen plain delta bytes at once: widen, prefix-sum, add the running value.
+    // Up to sixteen plain delta bytes at once: widen, prefix-sum, add the running value.
+    // All 16 words are stored; only those before the first token byte count.
     while (end - p >= 16 && outEnd - o >= 32)
     {
       const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
       // 0x7F, 0x80 and 0x81 plus one are the three smallest signed bytes.
       const __m128i shifted = _mm_add_epi8(bytes, _mm_set1_epi8(1));
-      if (_mm_movemask_epi8(_mm_cmplt_epi8(shifted, _mm_set1_epi8(-125))) != 0)
+      const auto tokens = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmplt_epi8(shifted, _mm_set1_epi8(-125))));
+      const unsigned plain = tokens == 0 ? 16 : static_cast<unsigned>(__builtin_ctz(tokens));
+      if (plain == 0)
         break;
       __m128i low = _mm_srai_epi16(_mm_unpacklo_epi8(bytes, bytes), 8);
       __m128i high = _mm_srai_epi16(_mm_unpackhi_epi8(bytes, bytes), 8);
@@ -389,9 +392,11 @@ DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* dest
       high = _mm_add_epi16(high, _mm_unpackhi_epi64(lowLast, lowLast));
       _mm_storeu_si128(reinterpret_cast<__m128i*>(o), low);
       _mm_storeu_si128(reinterpret_cast<__m128i*>(o + 16), high);
-      value = static_cast<unsigned>(_mm_extract_epi16(high, 7));
-      p += 16;
-      o += 32;
+      p += plain;
+      o += 2 * plain;
+      value = loadWord(o - 2);
+      if (plain < 16)
+        break;
     }
     if (o >= outEnd)
       break;
