@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -283,7 +284,7 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
   {
     std::size_t firstRow = 0, rowCount = 0;
     unsigned leading = 0;        // literal tokens taken over from the chunk before
-    std::vector<uint8_t> buffer; // all chunks but the first
+    std::unique_ptr<uint8_t[]> buffer; // all chunks but the first; left uninitialised
     uint8_t* begin = nullptr;
     std::size_t size = 0;
     unsigned trailing = 0; // literal tokens left for the next chunk
@@ -312,8 +313,8 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
     }
     else
     {
-      chunk.buffer.resize(maxEncodedSize(chunk.leading + chunk.rowCount * columns));
-      chunk.begin = chunk.buffer.data();
+      chunk.buffer.reset(new uint8_t[maxEncodedSize(chunk.leading + chunk.rowCount * columns)]);
+      chunk.begin = chunk.buffer.get();
     }
     uint8_t* out = chunk.begin;
     for (std::size_t i = firstWord - chunk.leading; i < firstWord; ++i)
