@@ -266,6 +266,9 @@ TEST(C_IMX, ParametersSizesAndErrors)
   EXPECT_EQ(run(codec, false, deltas, 16).data.size(), 16u);
   EXPECT_EQ(codec.GetParameters().value("Size").toULongLong(), 8u);
   EXPECT_EQ(run(codec, false, deltas, 15).code, I_Compression::ErrorDestinationTooSmall);
+  EXPECT_EQ(codec.GetParameters().value("Size").toULongLong(), 0u);
+  EXPECT_EQ(run(codec, false, Bytes{0x01, 0x01, 0x80}, 16).code, I_Compression::ErrorSourceTooShort);
+  EXPECT_EQ(codec.GetParameters().value("Size").toULongLong(), 0u);
 }
 
 TEST(C_IMX, DamagedStreamsAreRefused)

@@ -116,12 +116,12 @@ uint32_t C_IMX::Decompress(const void* source, unsigned long long sourceSize, vo
   std::size_t consumed = 0;
   const ImxCoder::DecodeResult result = ImxCoder::decode(static_cast<const uint8_t*>(source), sourceSize,
                                                          static_cast<uint8_t*>(destination), words, consumed);
-  m_size = consumed;
   if (result == ImxCoder::DecodeResult::Truncated)
     return CompressionChecks::fail(ErrorSourceTooShort, destinationSize);
   if (result == ImxCoder::DecodeResult::Corrupt)
     return CompressionChecks::fail(ErrorCorruptData, destinationSize);
   destinationSize = 2 * words;
+  m_size = consumed;
   return ErrorNone;
 }
 

@@ -283,7 +283,7 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
   struct Chunk
   {
     std::size_t firstRow = 0, rowCount = 0;
-    unsigned leading = 0;        // literal tokens taken over from the chunk before
+    unsigned leading = 0;              // literal tokens taken over from the chunk before
     std::unique_ptr<uint8_t[]> buffer; // all chunks but the first; left uninitialised
     uint8_t* begin = nullptr;
     std::size_t size = 0;
