@@ -176,7 +176,10 @@ uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns
       const unsigned count = fitMask == 0xFFFF ? 16 : static_cast<unsigned>(__builtin_ctz(~fitMask));
       if (count == 0)
       {
-        step(column++);
+        // Literals: take all those at the block's start the plain way.
+        const unsigned literals = fitMask == 0 ? 16 : static_cast<unsigned>(__builtin_ctz(fitMask));
+        for (const std::size_t end = column + literals; column < end; ++column)
+          step(column);
         continue;
       }
       if (pending != 0)
