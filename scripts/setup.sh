@@ -8,6 +8,7 @@ packages=(
   qt6-base-dev
   libpugixml-dev zlib1g-dev liblz4-dev libfmt-dev
   libgtest-dev libgmock-dev libbenchmark-dev
+  libzstd-dev clang libclang-rt-14-dev
 )
 
 missing=()

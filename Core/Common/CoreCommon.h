@@ -95,6 +95,14 @@
 #include <Core/Common/CycleTimestamps/TimeSample.h>
 
 // Device data and compression
+#include <Core/Common/Compression/C_12bit.h>
+#include <Core/Common/Compression/C_FixedBitsOfWord.h>
+#include <Core/Common/Compression/C_IMX.h>
+#include <Core/Common/Compression/C_LZ4.h>
+#include <Core/Common/Compression/C_Uncompressed.h>
+#include <Core/Common/Compression/C_Zlib.h>
+#include <Core/Common/Compression/CompressionBlockSize.h>
+#include <Core/Common/Compression/I_Compression.h>
 
 // Plug-ins and libraries
 #include <Core/Common/Plugins/C_PluginFactory.h>

@@ -1,0 +1,7 @@
+// libFuzzer target: LZ4 decompression of arbitrary data.
+#include "FuzzSupport.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size)
+{
+  return fuzz::decompress<RTE::C_LZ4>(data, size);
+}

@@ -1,0 +1,7 @@
+// libFuzzer target: IMX compression followed by decompression.
+#include "FuzzSupport.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size)
+{
+  return fuzz::roundTrip<RTE::C_IMX>(data, size);
+}

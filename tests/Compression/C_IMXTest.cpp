@@ -1,0 +1,305 @@
+#include "CompressionTestSupport.h"
+
+#include <Core/Common/Compression/C_IMX.h>
+#include <Core/Common/Compression/ImxCoder_p.h>
+
+#include <algorithm>
+
+namespace
+{
+
+using RTE::I_Compression;
+
+Bytes imx(const std::vector<uint16_t>& words, qlonglong columns, qlonglong rows = 0, bool parallel = false)
+{
+  RTE::C_IMX codec;
+  codec.SetParameters({{"Columns", columns}, {"Rows", rows}, {"Parallel", parallel}});
+  const Outcome out = compressed(codec, bytesOf(words));
+  EXPECT_EQ(out.code, 0u);
+  return out.data;
+}
+
+std::vector<uint16_t> unimx(const Bytes& stream, qlonglong columns, qlonglong rows, uint32_t expectedCode = 0)
+{
+  RTE::C_IMX codec;
+  codec.SetParameters({{"Columns", columns}, {"Rows", rows}});
+  const Outcome out = run(codec, false, stream, static_cast<std::size_t>(columns * std::max<qlonglong>(rows, 1) * 2));
+  EXPECT_EQ(out.code, expectedCode);
+  return wordsOf(out.data);
+}
+
+// Words alternating between 0x8000 and 0: every delta needs a literal.
+std::vector<uint16_t> literals(std::size_t count)
+{
+  std::vector<uint16_t> words(count);
+  for (std::size_t i = 0; i < count; ++i)
+    words[i] = i % 2 == 0 ? 0x8000 : 0x0000;
+  return words;
+}
+
+// The encoding rules written out plainly: small-delta runs and pending literals are
+// kept as lists and turned into tokens when they end.
+} // namespace
+Bytes referenceStream(const std::vector<uint16_t>& words, std::size_t columns)
+{
+  Bytes out;
+  std::vector<uint16_t> literalsPending;
+  std::vector<int> run;
+  const auto putWord = [&](uint16_t w) { out.insert(out.end(), {uint8_t(w & 0xFF), uint8_t(w >> 8)}); };
+  const auto flushLiterals = [&](bool fold)
+  {
+    if (fold && literalsPending.size() >= 3)
+    {
+      out.insert(out.end(), {0x7F, uint8_t(literalsPending.size())});
+      for (uint16_t w : literalsPending)
+        putWord(w);
+    }
+    else
+    {
+      for (uint16_t w : literalsPending)
+      {
+        out.push_back(0x80);
+        putWord(w);
+      }
+    }
+    literalsPending.clear();
+  };
+  const auto closeRun = [&]
+  {
+    std::size_t first = 0;
+    if (run.size() >= 7)
+    {
+      if (run.size() % 2 == 0)
+        out.push_back(uint8_t(run[first++]));
+      out.push_back(0x81);
+      for (; first + 1 < run.size(); first += 2)
+        out.push_back(uint8_t((run[first] << 4) | (run[first + 1] & 0xF)));
+      out.push_back(uint8_t((run[first] << 4) | 8));
+    }
+    else
+    {
+      for (int d : run)
+        out.push_back(uint8_t(d));
+    }
+    run.clear();
+  };
+  int previous = 0;
+  for (std::size_t i = 0; i < words.size(); ++i)
+  {
+    const int d = int(words[i]) - previous;
+    previous = words[i];
+    const bool last = (i + 1) % columns == 0;
+    if (d >= -7 && d <= 7 && !last)
+    {
+      flushLiterals(true);
+      run.push_back(d);
+      continue;
+    }
+    closeRun();
+    if (d >= -126 && d <= 126)
+    {
+      flushLiterals(true);
+      out.push_back(uint8_t(d));
+    }
+    else
+    {
+      literalsPending.push_back(words[i]);
+      if (literalsPending.size() == 255)
+        flushLiterals(true);
+    }
+  }
+  flushLiterals(false);
+  return out;
+}
+namespace
+{
+
+} // namespace
+
+TEST(C_IMX, StreamsFollowTheRulesOnVariedImages)
+{
+  // Noise levels from flat to wild, so runs, folds and literals start and end everywhere.
+  for (int spread : {0, 2, 7, 12, 60, 150, 3000})
+    for (std::size_t columns : {1u, 2u, 16u, 17u, 18u, 33u, 100u, 1000u})
+    {
+      SCOPED_TRACE(testing::Message() << "spread " << spread << ", " << columns << " columns");
+      std::mt19937 random(static_cast<unsigned>(spread * 7919 + columns));
+      std::uniform_int_distribution<int> noise(-spread, spread);
+      std::vector<uint16_t> image(columns * 7);
+      int value = 30000;
+      for (std::size_t i = 0; i < image.size(); ++i)
+      {
+        value = std::clamp(value + noise(random), 0, 65535);
+        image[i] = static_cast<uint16_t>(i % 97 < 20 ? 500 : value); // flat stretches too
+      }
+      const Bytes expected = referenceStream(image, columns);
+      EXPECT_EQ(imx(image, static_cast<qlonglong>(columns), 7), expected);
+      RTE::ImxCoder::setParallelThreads(3);
+      EXPECT_EQ(imx(image, static_cast<qlonglong>(columns), 7, true), expected);
+      RTE::ImxCoder::setParallelThreads(0);
+    }
+}
+
+TEST(C_IMX, LiteralsFoldFromThreeAndSplitAt255)
+{
+  // Two literals before a delta stay single tokens; three fold into one run.
+  EXPECT_EQ(imx({1000, 2000, 2010, 2020}, 0), (Bytes{0x80, 0xE8, 0x03, 0x80, 0xD0, 0x07, 0x0A, 0x0A}));
+  EXPECT_EQ(imx({1000, 2000, 3000, 3010, 3020}, 0),
+            (Bytes{0x7F, 0x03, 0xE8, 0x03, 0xD0, 0x07, 0xB8, 0x0B, 0x0A, 0x0A}));
+  // Without a delta after them they stay as they are.
+  EXPECT_EQ(imx({1000, 2000, 3000}, 0), (Bytes{0x80, 0xE8, 0x03, 0x80, 0xD0, 0x07, 0x80, 0xB8, 0x0B}));
+  // A literal run continues across a row end: the stream does not restart per row.
+  EXPECT_EQ(imx({1000, 2000, 3000, 3010}, 2, 2), (Bytes{0x7F, 0x03, 0xE8, 0x03, 0xD0, 0x07, 0xB8, 0x0B, 0x0A}));
+
+  // 255 pending literals are written at once; the next ones count from zero.
+  for (std::size_t count : {254u, 255u, 256u, 257u, 258u, 510u, 511u})
+  {
+    SCOPED_TRACE(count);
+    std::vector<uint16_t> words = literals(count);
+    words.push_back(static_cast<uint16_t>(words.back() + 1));
+    const Bytes stream = imx(words, 0);
+    Bytes expected;
+    std::size_t i = 0;
+    const auto runOf = [&](std::size_t n)
+    {
+      expected.push_back(0x7F);
+      expected.push_back(static_cast<uint8_t>(n));
+      for (std::size_t k = 0; k < n; ++k, ++i)
+        expected.insert(expected.end(), {static_cast<uint8_t>(words[i]), static_cast<uint8_t>(words[i] >> 8)});
+    };
+    while (count - i >= 255)
+      runOf(255);
+    if (count - i >= 3)
+      runOf(count - i);
+    for (; i < count; ++i)
+      expected.insert(expected.end(), {0x80, static_cast<uint8_t>(words[i]), static_cast<uint8_t>(words[i] >> 8)});
+    expected.push_back(0x01);
+    EXPECT_EQ(stream, expected);
+    EXPECT_EQ(unimx(stream, static_cast<qlonglong>(words.size()), 1), words);
+  }
+}
+
+TEST(C_IMX, SmallDeltaRunsBecomeNibbleBlocks)
+{
+  // Seven small deltas: 0x81, three pairs, the last delta with the terminator.
+  EXPECT_EQ(imx({0, 1, 2, 3, 4, 5, 6, 100}, 0), (Bytes{0x81, 0x01, 0x11, 0x11, 0x18, 0x5E}));
+  // Eight: the first stays a byte, the other seven are packed.
+  EXPECT_EQ(imx({0, 1, 2, 3, 4, 5, 6, 7, 100}, 0), (Bytes{0x00, 0x81, 0x11, 0x11, 0x11, 0x18, 0x5D}));
+  // Six are too few.
+  EXPECT_EQ(imx({0, 1, 2, 3, 4, 5, 100}, 0), (Bytes{0x00, 0x01, 0x01, 0x01, 0x01, 0x01, 0x5F}));
+  // Negative deltas as 4-bit two's complement; -7 and 7 are the extremes.
+  EXPECT_EQ(imx({0, 7, 0, 7, 0, 7, 0, 7, 0, 100}, 0), (Bytes{0x81, 0x07, 0x97, 0x97, 0x97, 0x98, 0x64}));
+  // A run closed by a literal, and the delta from 0 to 0xFFFF is no small delta.
+  EXPECT_EQ(imx({0, 0, 0, 0, 0, 0, 0, 0xFFFF, 0xFFFE}, 0),
+            (Bytes{0x81, 0x00, 0x00, 0x00, 0x08, 0x80, 0xFF, 0xFF, 0xFF}));
+
+  // A run never crosses a row end: the last word of a row is no small delta.
+  const std::vector<uint16_t> flat(16, 0);
+  EXPECT_EQ(imx(flat, 8, 2), (Bytes{0x81, 0x00, 0x00, 0x00, 0x08, 0x00, 0x81, 0x00, 0x00, 0x00, 0x08, 0x00}));
+  EXPECT_EQ(imx(flat, 1, 16), Bytes(16, 0x00));
+  EXPECT_EQ(imx(flat, 0), (Bytes{0x81, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x00, 0x08, 0x00}));
+
+  for (const auto& [words, columns] :
+       {std::pair{std::vector<uint16_t>{0, 1, 2, 3, 4, 5, 6, 100}, 8}, std::pair{flat, 8}, std::pair{flat, 1}})
+    EXPECT_EQ(unimx(imx(words, columns), columns, static_cast<qlonglong>(words.size()) / columns), words);
+}
+
+TEST(C_IMX, ParallelStreamEqualsTheSerialOne)
+{
+  // Literal streaks and runs that end exactly at chunk borders, for several thread counts.
+  std::vector<uint16_t> image = cameraFrame(64, 97, 3);
+  const std::vector<uint16_t> streak = literals(700);
+  std::copy(streak.begin(), streak.end(), image.begin() + 64 * 40 - 300);
+  std::fill(image.begin() + 64 * 60, image.begin() + 64 * 62, 0);
+  for (unsigned threads : {2u, 3u, 4u, 7u, 97u, 200u})
+  {
+    SCOPED_TRACE(threads);
+    RTE::ImxCoder::setParallelThreads(threads);
+    const Bytes serial = imx(image, 64, 97);
+    const Bytes parallel = imx(image, 64, 97, true);
+    EXPECT_EQ(parallel, serial);
+    EXPECT_EQ(unimx(parallel, 64, 97), image);
+  }
+  RTE::ImxCoder::setParallelThreads(0);
+
+  // ParallelAuto picks the parallel encoder from 64 rows on; the stream is the same.
+  RTE::C_IMX codec;
+  codec.SetParameters({{"Columns", 64}, {"Rows", 97}, {"ParallelAuto", true}});
+  EXPECT_EQ(compressed(codec, bytesOf(image)).data, imx(image, 64, 97));
+}
+
+TEST(C_IMX, ParametersSizesAndErrors)
+{
+  RTE::C_IMX codec;
+  EXPECT_EQ(codec.GetMaxCompressedSize(10), 15u);
+  EXPECT_EQ(codec.GetMaxCompressedSize(11), 16u);
+
+  // Compress: zero columns or rows give 3; Rows 0 takes as many rows as the source holds.
+  codec.SetParameters({{"Columns", 0}, {"Rows", 0}});
+  EXPECT_EQ(run(codec, true, Bytes{}, 10).code, RTE::C_IMX::ErrorColumnsOrRowsMissing);
+  codec.SetParameters({{"Columns", 4}, {"Rows", 0}});
+  EXPECT_EQ(run(codec, true, Bytes(6, 0), 10).code, RTE::C_IMX::ErrorColumnsOrRowsMissing);
+  EXPECT_EQ(run(codec, true, Bytes(18, 0), 100).data, Bytes(8, 0x00));
+  codec.SetParameters({{"Columns", 4}, {"Rows", 3}});
+  EXPECT_EQ(run(codec, true, Bytes(18, 0), 100).code, I_Compression::ErrorSourceTooShort);
+  EXPECT_EQ(codec.GetErrorText(3), "Number of columns or number of rows missing.");
+
+  // The capacity counts, not the largest size: 0x7F, 11, 11 words, one delta.
+  std::vector<uint16_t> hardWords = literals(11);
+  hardWords.push_back(0x8001);
+  EXPECT_EQ(run(codec, true, bytesOf(hardWords), 24).code, I_Compression::ErrorDestinationTooSmall);
+  const Outcome fits = run(codec, true, bytesOf(hardWords), 25);
+  ASSERT_EQ(fits.code, 0u);
+  EXPECT_EQ(fits.data.size(), 25u);
+  EXPECT_EQ(codec.GetParameters().value("Size").toULongLong(), 25u);
+  EXPECT_EQ(wordsOf(run(codec, false, fits.data, 24).data), hardWords);
+
+  // Decompress: Columns needed; Rows 0 is one row; the consumed size is kept in "Size".
+  codec.SetParameters({{"Columns", 0}});
+  EXPECT_EQ(run(codec, false, fits.data, 100).code, RTE::C_IMX::ErrorColumnsMissing);
+  EXPECT_EQ(codec.GetErrorText(2), "Number of columns missing.");
+  const Bytes deltas(10, 0x01);
+  codec.SetParameters({{"Columns", 4}, {"Rows", 0}});
+  EXPECT_EQ(wordsOf(run(codec, false, deltas, 8).data), (std::vector<uint16_t>{1, 2, 3, 4}));
+  EXPECT_EQ(codec.GetParameters().value("Size").toULongLong(), 4u);
+  codec.SetParameters({{"Rows", 2}});
+  EXPECT_EQ(run(codec, false, deltas, 16).data.size(), 16u);
+  EXPECT_EQ(codec.GetParameters().value("Size").toULongLong(), 8u);
+  EXPECT_EQ(run(codec, false, deltas, 15).code, I_Compression::ErrorDestinationTooSmall);
+  EXPECT_EQ(codec.GetParameters().value("Size").toULongLong(), 0u);
+  EXPECT_EQ(run(codec, false, Bytes{0x01, 0x01, 0x80}, 16).code, I_Compression::ErrorSourceTooShort);
+  EXPECT_EQ(codec.GetParameters().value("Size").toULongLong(), 0u);
+}
+
+TEST(C_IMX, DamagedStreamsAreRefused)
+{
+  const std::vector<uint16_t> frame = cameraFrame(16, 4, 5);
+  const Bytes good = imx(frame, 16, 4);
+  // Every cut of the stream ends inside the block.
+  for (std::size_t length = 0; length < good.size(); ++length)
+  {
+    SCOPED_TRACE(length);
+    unimx(Bytes(good.begin(), good.begin() + static_cast<std::ptrdiff_t>(length)), 16, 4,
+          I_Compression::ErrorSourceTooShort);
+  }
+  const struct
+  {
+    Bytes stream;
+    uint32_t code;
+  } cases[] = {
+      {{0x7F, 0x05, 1, 0, 2, 0, 3, 0, 4, 0, 5, 0}, I_Compression::ErrorCorruptData}, // 5 literals for 4 words
+      {{0x81, 0x11}, I_Compression::ErrorSourceTooShort},                            // no terminator
+      {{0x81, 0x11, 0x11, 0x11, 0x11}, I_Compression::ErrorCorruptData},             // 6 deltas
+      {{0x81, 0x11, 0x18, 0x01}, 0},                                                 // 3 deltas + 1 byte
+      {{0x80, 0x01}, I_Compression::ErrorSourceTooShort},
+      {{0x7F}, I_Compression::ErrorSourceTooShort},
+      {{0x7F, 0x00, 0x7F, 0x02, 1, 0, 2, 0, 0x01, 0x01}, 0},
+  };
+  for (const auto& c : cases)
+  {
+    SCOPED_TRACE(testing::PrintToString(c.stream));
+    unimx(c.stream, 4, 1, c.code);
+  }
+  EXPECT_EQ(unimx({0x81, 0x11, 0x18, 0x01}, 4, 1), (std::vector<uint16_t>{1, 2, 3, 4}));
+  EXPECT_EQ(unimx({0x82, 0x7E, 0x81, 0xF8}, 3, 1), (std::vector<uint16_t>{0xFF82, 0, 0xFFFF}));
+}
