@@ -60,12 +60,14 @@
 #include <Core/Common/Units/FixedNumericFormat.h>
 #include <Core/Common/Units/ForceUnits.h>
 #include <Core/Common/Units/Frequency.h>
+#include <Core/Common/Units/FrequencySettings.h>
 #include <Core/Common/Units/FrequencyUnits.h>
 #include <Core/Common/Units/LengthUnits.h>
 #include <Core/Common/Units/NumberFormatter.h>
 #include <Core/Common/Units/NumericFormat.h>
 #include <Core/Common/Units/PartsPerUnit.h>
 #include <Core/Common/Units/Percentage.h>
+#include <Core/Common/Units/PercentageSettings.h>
 #include <Core/Common/Units/PreferredUnits.h>
 #include <Core/Common/Units/PressureUnits.h>
 #include <Core/Common/Units/RamanShiftUnits.h>
@@ -82,6 +84,7 @@
 #include <Core/Common/Units/TemperatureUnits.h>
 #include <Core/Common/Units/TimeRelatedUnits.h>
 #include <Core/Common/Units/TimeSpan.h>
+#include <Core/Common/Units/TimeSpanSettings.h>
 #include <Core/Common/Units/TimeStamp.h>
 #include <Core/Common/Units/TimeUnits.h>
 #include <Core/Common/Units/Unit.h>

@@ -16,6 +16,11 @@
 
 #include <cstdint>
 
+namespace Storage
+{
+class Settings;
+}
+
 namespace RTE
 {
 
@@ -68,6 +73,11 @@ public:
   // Throws RTE::PostconditionFailed when the text is not two parts, RTE::Exception for an
   // unknown unit, RTE::InvalidArgumentError for a negative number.
   static Frequency FromString(const QString& text);
+
+  // The settings form, class "Frequency" version 1; the free functions and the layout are in
+  // FrequencySettings.h. Reading never throws for bad content.
+  Storage::Settings& SerializeTo(Storage::Settings& node) const;
+  void DeserializeFrom(const Storage::Settings& node);
 
   friend constexpr bool operator==(const Frequency&, const Frequency&) = default;
 

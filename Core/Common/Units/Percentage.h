@@ -12,6 +12,11 @@
 
 #include <compare>
 
+namespace Storage
+{
+class Settings;
+}
+
 namespace RTE
 {
 
@@ -34,6 +39,11 @@ public:
   // is not two parts, RTE::Exception when the second is not "%", RTE::InvalidArgumentError
   // when the number is not readable.
   static Percentage FromString(const QString& text);
+
+  // The settings form, class "Percentage" version 1; the free functions and the layout are in
+  // PercentageSettings.h. Reading never throws for bad content.
+  Storage::Settings& SerializeTo(Storage::Settings& node) const;
+  void DeserializeFrom(const Storage::Settings& node);
 
   friend constexpr bool operator==(const Percentage&, const Percentage&) = default;
   friend constexpr auto operator<=>(const Percentage&, const Percentage&) = default;

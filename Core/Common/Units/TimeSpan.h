@@ -15,6 +15,11 @@
 #include <compare>
 #include <cstdint>
 
+namespace Storage
+{
+class Settings;
+}
+
 namespace RTE
 {
 
@@ -65,6 +70,11 @@ public:
   // Throws RTE::PostconditionFailed when the text is not two parts, RTE::Exception for an
   // unknown unit.
   static TimeSpan FromString(const QString& text);
+
+  // The settings form, class "TimeSpan" version 1; the free functions and the layout are in
+  // TimeSpanSettings.h. Reading never throws for bad content.
+  Storage::Settings& SerializeTo(Storage::Settings& node) const;
+  void DeserializeFrom(const Storage::Settings& node);
 
   constexpr TimeSpan operator-() const { return TimeSpan(static_cast<std::int64_t>(0ULL - bits())); }
   constexpr TimeSpan& operator+=(TimeSpan other)
