@@ -33,9 +33,10 @@ QString number(double value)
 
 QString quoted(QString text)
 {
-  return QLatin1Char('"') +
-         text.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('\n'), QLatin1String("\\n")) +
-         QLatin1Char('"');
+  text.replace(QLatin1Char('\\'), QLatin1String("\\\\"))
+      .replace(QLatin1Char('"'), QLatin1String("\\\""))
+      .replace(QLatin1Char('\n'), QLatin1String("\\n"));
+  return QLatin1Char('"') + text + QLatin1Char('"');
 }
 
 template <typename List>
