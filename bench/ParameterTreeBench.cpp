@@ -200,7 +200,8 @@ void BM_FullRoundTrip(benchmark::State& state)
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-#define PARAMETER_BENCH(name) BENCHMARK(name)->Arg(2500)->Arg(10000)->Arg(40000)->Unit(benchmark::kMillisecond)
+#define PARAMETER_BENCH(name)                                                                                          \
+  BENCHMARK(name)->Arg(2500)->Arg(5000)->Arg(10000)->Arg(20000)->Arg(40000)->Unit(benchmark::kMillisecond)
 
 PARAMETER_BENCH(BM_Serialize);
 PARAMETER_BENCH(BM_WriteText);

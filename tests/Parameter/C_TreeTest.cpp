@@ -273,3 +273,47 @@ TEST(C_Tree, EqualityComparesTheRootCategories)
   reordered->AddChild(makeTree()->GetCategory("Camera"));
   EXPECT_TRUE(*reordered != *makeTree());
 }
+
+TEST(C_Tree, LargeCategoriesCopyAndCompareByName)
+{
+  // Beyond a few children names are looked up in a table: order, duplicates and kinds
+  // must still follow the rules of the small case.
+  for (int count : {3, 40})
+  {
+    SCOPED_TRACE(count);
+    std::list<std::shared_ptr<C_Node>> forward;
+    std::list<std::shared_ptr<C_Node>> backward;
+    for (int i = 0; i < count; ++i)
+    {
+      forward.push_back(CreateInteger(QStringLiteral("n%1").arg(i), 0));
+      backward.push_front(CreateInteger(QStringLiteral("n%1").arg(i), 100 + i));
+    }
+    forward.push_back(CreateInteger("dup", 0));
+    forward.push_back(CreateInteger("dup", 0));
+    backward.push_back(CreateInteger("dup", 7));
+    backward.push_back(CreateDouble("kind", 1.0));
+    forward.push_back(CreateBool("kind", false));
+    auto target = CreateTree();
+    target->GetRootCategory()->SetChildList(forward);
+    auto source = CreateTree();
+    source->GetRootCategory()->SetChildList(backward);
+
+    QList<QString> sourceOnly;
+    QList<QString> targetOnly;
+    target->setMergeHandler(
+        [&](StructuralDiffs& diffs)
+        {
+          sourceOnly = diffs.sourceOnlyPaths();
+          targetOnly = diffs.targetOnlyPaths();
+        });
+    target->copyValuesFrom(*source);
+    EXPECT_EQ(target->GetInteger(QStringLiteral("n%1").arg(count - 1))->GetValue(), 100 + count - 1);
+    EXPECT_EQ(target->GetInteger("n0")->GetValue(), 100);
+    const auto list = target->GetChildList();
+    EXPECT_EQ(CastToInteger(*std::next(list.begin(), count))->GetValue(), 7); // the first "dup"
+    EXPECT_EQ(CastToInteger(*std::next(list.begin(), count + 1))->GetValue(), 0);
+    EXPECT_FALSE(target->GetBool("kind")->GetValue());
+    EXPECT_EQ(sourceOnly, QList<QString>{"kind"});
+    EXPECT_EQ(targetOnly, QList<QString>{"kind"});
+  }
+}
