@@ -264,16 +264,6 @@ TEST(C_Tree, CategoriesShareTheNodeObjects)
   EXPECT_THROW(tree->CopyFromCategory(nullptr), RTE::InvalidArgumentError);
 }
 
-TEST(C_Tree, EqualityComparesTheRootCategories)
-{
-  EXPECT_TRUE(*makeTree() == *makeTree());
-  EXPECT_TRUE(*makeTree(1.0) != *makeTree(2.0));
-  auto reordered = CreateTree();
-  reordered->AddChild(CreateBool("Enabled", true));
-  reordered->AddChild(makeTree()->GetCategory("Camera"));
-  EXPECT_TRUE(*reordered != *makeTree());
-}
-
 TEST(C_Tree, LargeCategoriesCopyAndCompareByName)
 {
   // Beyond a few children names are looked up in a table: order, duplicates and kinds

@@ -101,43 +101,27 @@ TEST(ParamsCommand, PrintsTheStoredTreeIndented)
   EXPECT_EQ(run.exitCode, 2);
 }
 
-TEST(ParamsCommand, RefusesFilesWithoutOrWithBrokenTrees)
+TEST(ParamsCommand, RefusesABrokenTreeWithoutPrintingHalfOfIt)
 {
   if (!QFileInfo::exists(rtePath()))
     GTEST_SKIP() << "rte not built";
   QTemporaryDir dir;
-  const QString empty = dir.filePath("empty.xml");
+  const QString path = dir.filePath("broken.xml");
   {
-    Storage::SettingsDocument document(empty, Storage::AutoSync::Off);
-    document.Set("Owner", QStringLiteral("lab 3"));
+    Storage::SettingsDocument document(path, Storage::AutoSync::Off);
+    Storage::SerializeTo(document, makeCamera()); // the root itself holds the tree
     ASSERT_TRUE(document.Save());
   }
-  ToolRun run = rte({empty});
-  EXPECT_EQ(run.exitCode, 1);
-  EXPECT_TRUE(run.err.contains("no parameter tree")) << run.err.toStdString();
-
-  // The root itself holds a tree, but one node kind is unknown.
-  const QString broken = dir.filePath("broken.xml");
-  {
-    Storage::SettingsDocument document(broken, Storage::AutoSync::Off);
-    Storage::SerializeTo(document, makeCamera());
-    ASSERT_TRUE(document.Save());
-  }
-  QFile file(broken);
+  EXPECT_EQ(rte({path}).exitCode, 0);
+  QFile file(path);
   ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  QByteArray text = file.readAll();
+  QByteArray text = file.readAll().replace("class=\"Action\"", "class=\"Gizmo\"");
   file.close();
-  EXPECT_EQ(rte({broken}).exitCode, 0);
-  text.replace("class=\"Action\"", "class=\"Gizmo\"");
   ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
   file.write(text);
   file.close();
-  run = rte({broken});
+  const ToolRun run = rte({path});
   EXPECT_EQ(run.exitCode, 1);
   EXPECT_TRUE(run.err.contains("Gizmo")) << run.err.toStdString();
-  EXPECT_TRUE(run.out.isEmpty()); // nothing half printed
-
-  const QString notXml = dir.filePath("notxml.xml");
-  ASSERT_TRUE(QFile(notXml).open(QIODevice::WriteOnly));
-  EXPECT_EQ(rte({notXml}).exitCode, 1);
+  EXPECT_TRUE(run.out.isEmpty());
 }
