@@ -3,7 +3,6 @@
 #include <Core/Common/Storage/SettingsDocument.h>
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -99,29 +98,4 @@ TEST(ParamsCommand, PrintsTheStoredTreeIndented)
   EXPECT_EQ(run.exitCode, 1);
   run = rte({});
   EXPECT_EQ(run.exitCode, 2);
-}
-
-TEST(ParamsCommand, RefusesABrokenTreeWithoutPrintingHalfOfIt)
-{
-  if (!QFileInfo::exists(rtePath()))
-    GTEST_SKIP() << "rte not built";
-  QTemporaryDir dir;
-  const QString path = dir.filePath("broken.xml");
-  {
-    Storage::SettingsDocument document(path, Storage::AutoSync::Off);
-    Storage::SerializeTo(document, makeCamera()); // the root itself holds the tree
-    ASSERT_TRUE(document.Save());
-  }
-  EXPECT_EQ(rte({path}).exitCode, 0);
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  QByteArray text = file.readAll().replace("class=\"Action\"", "class=\"Gizmo\"");
-  file.close();
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-  file.write(text);
-  file.close();
-  const ToolRun run = rte({path});
-  EXPECT_EQ(run.exitCode, 1);
-  EXPECT_TRUE(run.err.contains("Gizmo")) << run.err.toStdString();
-  EXPECT_TRUE(run.out.isEmpty());
 }
