@@ -39,11 +39,19 @@
 #include <Core/Common/Parameter/C_NumericValueBase.h>
 #include <Core/Common/Parameter/C_NumericValueListT.h>
 #include <Core/Common/Parameter/C_NumericValueT.h>
+#include <Core/Common/Parameter/C_ParameterServer.h>
 #include <Core/Common/Parameter/C_Text.h>
 #include <Core/Common/Parameter/C_TextList.h>
+#include <Core/Common/Parameter/C_Tree.h>
+#include <Core/Common/Parameter/CopyHandler.h>
+#include <Core/Common/Parameter/DefinitionAutoRegistration.h>
+#include <Core/Common/Parameter/DefinitionRegistry.h>
+#include <Core/Common/Parameter/Detail/C_ParameterServerImpl.h>
 #include <Core/Common/Parameter/I_ActionCallback.h>
 #include <Core/Common/Parameter/LegacySignalBridge.h>
+#include <Core/Common/Parameter/ParameterStorage.h>
 #include <Core/Common/Parameter/RangeT.h>
+#include <Core/Common/Parameter/StructuralDiffs.h>
 
 // Units and quantities
 #include <Core/Common/Units/AccelerationUnits.h>

@@ -4,6 +4,8 @@
 
 #include <Core/Common/Exceptions/GeneralExceptions.h>
 
+#include <QHash>
+
 #include <algorithm>
 
 namespace RTE::Parameter
@@ -23,6 +25,47 @@ bool isCategory(const C_Node& node)
 {
   return node.GetTypeName() == C_Category::GetStaticTypeName();
 }
+
+// Finds children by name, the first of a name as FindChild does. Larger categories get
+// a hash table for the duration of one call, so that copying or comparing two
+// categories of n children costs O(n) rather than O(n^2).
+class ChildLookup
+{
+public:
+  explicit ChildLookup(const std::list<std::shared_ptr<C_Node>>* children) : m_children(children)
+  {
+    if (!children || children->size() <= 16)
+      return;
+    m_index.reserve(static_cast<qsizetype>(children->size()));
+    for (const auto& child : *children)
+    {
+      if (!m_index.contains(child->GetName()))
+        m_index.insert(child->GetName(), &child);
+    }
+  }
+
+  // Empty when there is no child of that name (or no category).
+  std::shared_ptr<C_Node> find(const QString& name) const
+  {
+    if (!m_children)
+      return nullptr;
+    if (!m_index.isEmpty())
+    {
+      const auto found = m_index.constFind(name);
+      return found == m_index.constEnd() ? nullptr : **found;
+    }
+    for (const auto& child : *m_children)
+    {
+      if (child->GetName() == name)
+        return child;
+    }
+    return nullptr;
+  }
+
+private:
+  const std::list<std::shared_ptr<C_Node>>* m_children;
+  QHash<QString, const std::shared_ptr<C_Node>*> m_index;
+};
 
 } // namespace
 
@@ -56,20 +99,21 @@ void C_Category::CopyValues(std::shared_ptr<C_Node> source)
   const auto category = CastToCategory(std::move(source));
   if (category.get() == this)
     return;
+  const ChildLookup own(&m_children);
   for (const auto& sourceChild : category->m_children)
   {
-    const auto own = FindChild(sourceChild->GetName());
-    if (own == m_children.end())
+    const auto counterpart = own.find(sourceChild->GetName());
+    if (!counterpart)
     {
       qCDebug(lcParameter) << "CopyValues: no counterpart for" << sourceChild->GetName();
       continue;
     }
-    if ((*own)->GetTypeName() != sourceChild->GetTypeName())
+    if (counterpart->GetTypeName() != sourceChild->GetTypeName())
     {
       qCDebug(lcParameter) << "CopyValues: kinds differ for" << sourceChild->GetName();
       continue;
     }
-    (*own)->CopyValues(sourceChild);
+    counterpart->CopyValues(sourceChild);
   }
 }
 
@@ -191,16 +235,11 @@ QList<QString> C_Category::missingNodesIn(std::shared_ptr<C_Category> other, con
 {
   const QString p = pathPrefix(prefix);
   QList<QString> paths;
+  const ChildLookup others(other ? &other->m_children : nullptr);
   for (const auto& child : m_children)
   {
     const QString path = p + child->GetName();
-    std::shared_ptr<C_Node> counterpart;
-    if (other)
-    {
-      const auto found = other->FindChild(child->GetName());
-      if (found != other->m_children.end())
-        counterpart = *found;
-    }
+    const std::shared_ptr<C_Node> counterpart = others.find(child->GetName());
     if (!counterpart || counterpart->GetTypeName() != child->GetTypeName())
     {
       paths.append(path);

@@ -144,8 +144,28 @@ bool ParseNumber(std::string_view text, N& value)
   return !text.empty() && result.ec == std::errc() && result.ptr == end;
 }
 
+// The writer's 15 digits round the largest finite doubles up beyond the range
+// ("1.79769313486232e+308"); such a text, no further out than that rounding, reads back
+// as the largest finite value of its sign. Anything else that does not fit gives 0.
+template <typename T>
+T RoundedUpExtreme(std::string_view text)
+{
+  long double wide = 0;
+  const char* end = text.data() + text.size();
+  const std::from_chars_result result = std::from_chars(text.data(), end, wide, std::chars_format::general);
+  if (text.empty() || result.ec != std::errc() || result.ptr != end)
+    return T(0);
+  const long double limit = std::numeric_limits<T>::max();
+  const long double slack = limit * 1e-14L;
+  if (wide > limit && wide <= limit + slack)
+    return std::numeric_limits<T>::max();
+  if (wide < -limit && wide >= -limit - slack)
+    return std::numeric_limits<T>::lowest();
+  return T(0);
+}
+
 // The UTF-8 value text as T, in the C locale; a text that does not parse, or does not
-// fit T, gives 0.
+// fit T, gives 0 (but see RoundedUpExtreme).
 template <typename T>
 T FromText(const char* text)
 {
@@ -158,6 +178,12 @@ T FromText(const char* text)
     unsigned long long value = 0;
     return ParseNumber(NumberText(text), value) ? static_cast<char>(static_cast<unsigned char>(value & 0xFFu))
                                                 : char(0);
+  }
+  else if constexpr (std::is_floating_point_v<T>)
+  {
+    T value{};
+    const std::string_view number = NumberText(text);
+    return ParseNumber(number, value) ? value : RoundedUpExtreme<T>(number);
   }
   else
   {

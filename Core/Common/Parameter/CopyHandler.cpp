@@ -1,0 +1,8 @@
+#include <Core/Common/Parameter/CopyHandler.h>
+
+namespace RTE::Parameter
+{
+
+CopyHandler::~CopyHandler() = default;
+
+} // namespace RTE::Parameter
