@@ -137,4 +137,3 @@
 #include <Core/Common/Utilities/VisibilityLevel.h>
 
 // Geometry
-
