@@ -106,21 +106,31 @@ public:
   template <typename T>
   explicit FormattedNumber(T value)
   {
-    fmt::format_to_n_result<char*> result;
-    if constexpr (std::is_same_v<T, char>)
-      result = fmt::format_to_n(m_text, sizeof m_text, "{}", static_cast<unsigned char>(value));
-    else if constexpr (std::is_same_v<T, float>)
-      result = fmt::format_to_n(m_text, sizeof m_text, "{:.10g}", static_cast<double>(value));
-    else if constexpr (std::is_same_v<T, double>)
-      result = fmt::format_to_n(m_text, sizeof m_text, "{:.15g}", value);
+    if constexpr (std::is_floating_point_v<T>)
+    {
+      const auto result = std::is_same_v<T, float>
+                              ? fmt::format_to_n(m_text, sizeof m_text, "{:.10g}", static_cast<double>(value))
+                              : fmt::format_to_n(m_text, sizeof m_text, "{:.15g}", static_cast<double>(value));
+      m_size = std::min(result.size, sizeof m_text);
+    }
+    else if constexpr (std::is_same_v<T, char>)
+      SetInteger(static_cast<unsigned char>(value));
     else
-      result = fmt::format_to_n(m_text, sizeof m_text, "{}", value);
-    m_size = std::min(result.size, sizeof m_text);
+      SetInteger(value);
   }
 
   std::string_view view() const { return std::string_view(m_text, m_size); }
 
 private:
+  // format_int has no format string to interpret; small types widen to int.
+  template <typename T>
+  void SetInteger(T value)
+  {
+    const fmt::format_int text(+value);
+    m_size = std::min(text.size(), sizeof m_text);
+    std::memcpy(m_text, text.data(), m_size);
+  }
+
   // The longest text is a double such as -2.22507385850720e-308.
   char m_text[32];
   size_t m_size;

@@ -24,19 +24,28 @@ bool HasIndex(pugi::xml_node element, unsigned long long index)
 
 bool SettingsChildIndex::ParseIndex(const char* text, unsigned long long& index)
 {
-  if (!text || !*text)
+  // Digits only, no leading zero, no overflow: runs for every child when a table is built.
+  if (!text || !*text || (text[0] == '0' && text[1] != '\0'))
     return false;
-  const size_t length = std::strlen(text);
-  if (length > 1 && text[0] == '0')
-    return false;
-  const auto [end, error] = std::from_chars(text, text + length, index, 10);
-  return error == std::errc() && end == text + length;
+  unsigned long long value = 0;
+  for (; *text; ++text)
+  {
+    const unsigned digit = static_cast<unsigned char>(*text) - static_cast<unsigned>('0');
+    if (digit > 9 || __builtin_mul_overflow(value, 10u, &value) || __builtin_add_overflow(value, digit, &value))
+      return false;
+  }
+  index = value;
+  return true;
 }
 
 void SettingsChildIndex::NameEntry::Add(pugi::xml_node element)
 {
+  // Written items carry "index" first; any other order is searched for.
+  pugi::xml_attribute attribute = element.first_attribute();
+  if (attribute && std::strcmp(attribute.name(), "index") != 0)
+    attribute = element.attribute("index");
   unsigned long long index = 0;
-  Add(element, ParseIndex(element.attribute("index").as_string(nullptr), index) ? &index : nullptr);
+  Add(element, ParseIndex(attribute.value(), index) ? &index : nullptr);
 }
 
 void SettingsChildIndex::NameEntry::Add(pugi::xml_node element, const unsigned long long* itemIndex)
@@ -58,6 +67,8 @@ pugi::xml_node SettingsChildIndex::NameEntry::Item(unsigned long long index) con
 {
   if (index < dense.size() && dense[index])
     return dense[index];
+  if (sparse.empty())
+    return {};
   const auto it = sparse.find(index);
   return it == sparse.end() ? pugi::xml_node() : it->second;
 }
