@@ -1,5 +1,7 @@
 #include "SettingsChildIndex_p.h"
 
+#include <fmt/format.h>
+
 #include <charconv>
 #include <cstring>
 
@@ -166,6 +168,21 @@ pugi::xml_node SettingsChildIndex::FindItem(pugi::xml_node parent, std::string_v
   return {};
 }
 
+pugi::xml_node SettingsChildIndex::NextItem(pugi::xml_node parent, std::string_view name, unsigned long long& index,
+                                            bool& isCollection)
+{
+  if (Table* table = TableFor(parent))
+  {
+    const NameEntry* entry = EntryFor(*table, name);
+    isCollection = entry && entry->Item(0);
+    index = isCollection ? entry->count : 0;
+    return isCollection ? entry->Item(index) : pugi::xml_node();
+  }
+  isCollection = FindItem(parent, name, 0);
+  index = isCollection ? Count(parent, name) : 0;
+  return isCollection ? FindItem(parent, name, index) : pugi::xml_node();
+}
+
 unsigned long long SettingsChildIndex::Count(pugi::xml_node parent, std::string_view name)
 {
   if (Table* table = TableFor(parent))
@@ -188,6 +205,23 @@ pugi::xml_node SettingsChildIndex::Append(pugi::xml_node parent, std::string_vie
   element.set_name(name.data()); // names come from QByteArray, which ends in '\0'
   if (index)
     element.append_attribute("index").set_value(*index);
+  Register(parent, name, element, index);
+  return element;
+}
+
+pugi::xml_node SettingsChildIndex::AppendCopy(pugi::xml_node parent, std::string_view name, pugi::xml_node prototype,
+                                              unsigned long long index)
+{
+  pugi::xml_node element = parent.append_copy(prototype);
+  const fmt::format_int text(index);
+  element.first_attribute().set_value(text.data(), text.size());
+  Register(parent, name, element, &index);
+  return element;
+}
+
+void SettingsChildIndex::Register(pugi::xml_node parent, std::string_view name, pugi::xml_node element,
+                                  const unsigned long long* index)
+{
   if (Table* table = ExistingTable(parent))
   {
     NameEntry* entry = EntryFor(*table, name);
@@ -195,7 +229,6 @@ pugi::xml_node SettingsChildIndex::Append(pugi::xml_node parent, std::string_vie
       entry = &table->emplace(std::string(name), NameEntry()).first->second;
     entry->Add(element, index);
   }
-  return element;
 }
 
 void SettingsChildIndex::Remove(pugi::xml_node parent, std::string_view name)

@@ -225,12 +225,12 @@ void SettingsDomElem::WriteLeaf(const QString& name, const char* className, std:
   SettingsChildIndex& children = m_document->ChildIndex();
   const Utf8Buffer utf8(name);
   const std::string_view key = utf8.view();
-  const bool isCollection = children.FindItem(m_element, key, 0);
+  unsigned long long index = 0;
+  bool isCollection = false;
+  const pugi::xml_node item = children.NextItem(m_element, key, index, isCollection);
   if (append)
   {
-    const unsigned long long index = isCollection ? children.Count(m_element, key) : 0;
-    WriteLeafElement(isCollection ? children.FindItem(m_element, key, index) : pugi::xml_node(), key, &index, className,
-                     valueText);
+    WriteLeafElement(item, key, &index, className, valueText);
     return;
   }
   if (isCollection)
@@ -248,8 +248,20 @@ void SettingsDomElem::WriteLeafElement(pugi::xml_node child, std::string_view na
     SetAttribute(child, "value", valueText);
     return;
   }
-  // A new element: "index" first, then "class" and "value".
-  child = m_document->ChildIndex().Append(m_element, name, index);
+  // A new element: "index" first, then "class" and "value". Items of large collections
+  // are copies of one prototype, which keeps the names and class texts shared.
+  SettingsChildIndex& children = m_document->ChildIndex();
+  if (index && children.HasTable(m_element))
+  {
+    if (const pugi::xml_node prototype = m_document->CollectionItemPrototype(name, className))
+    {
+      children.AppendCopy(m_element, name, prototype, *index)
+          .last_attribute()
+          .set_value(valueText.data(), valueText.size());
+      return;
+    }
+  }
+  child = children.Append(m_element, name, index);
   child.append_attribute("class").set_value(className);
   child.append_attribute("value").set_value(valueText.data(), valueText.size());
 }
