@@ -309,3 +309,54 @@ TEST(SettingsDocument, ContentTextsAndHasReports)
   EXPECT_EQ(copy.GetCollectionItem<QString>("wider", 0, QString()), wide + wide);
   EXPECT_EQ(copy.ToString(), document.ToString());
 }
+
+TEST(SettingsDocument, LargeCollectionsOfAnyNameWriteEveryItemAsItsOwn)
+{
+  // Large collections are written through shared item texts; changing one item must not
+  // change another, and nothing but the tree may reach the text. Names that are no plain
+  // XML names take the ordinary way and must come out the same.
+  const char* names[] = {"items", "\xc3\xa4nderung", "a b", "1x", "x\"y", "<x>", "-n", "n.m-1"};
+  QTemporaryDir folder;
+  ASSERT_TRUE(folder.isValid());
+  for (const char* name : names)
+  {
+    SCOPED_TRACE(name);
+    const QString collection = QString::fromUtf8(name);
+    SettingsDocument document;
+    for (int round = 0; round < 2; ++round)
+    {
+      for (int i = 0; i < 40; ++i)
+        document.AppendCollectionItem(collection, i);
+      document.AppendCollectionItem(collection, 40.5);
+      ASSERT_EQ(document.Count(collection), 41u);
+      const std::shared_ptr<Storage::Settings> item = document.findCollectionNode(collection, "double");
+      ASSERT_TRUE(item);
+      item->SetClass("changed");
+      item->SetVersion(2);
+      document.findCollectionNode(collection, "int32")->SetClass("first");
+
+      const QString content = document.GetContent();
+      const QString prefix = QStringLiteral("\t<") + collection;
+      EXPECT_TRUE(content.contains(prefix + QStringLiteral(" index=\"0\" class=\"first\" value=\"0\" />\n")));
+      EXPECT_TRUE(content.contains(prefix + QStringLiteral(" index=\"39\" class=\"int32\" value=\"39\" />\n")));
+      EXPECT_TRUE(content.contains(
+          prefix + QStringLiteral(" index=\"40\" class=\"changed\" value=\"40.5\" version=\"2\" />\n")));
+      EXPECT_EQ(content.count(QStringLiteral("class=\"int32\"")), 39);
+      EXPECT_TRUE(content.endsWith(QStringLiteral("\n</root>")));
+      EXPECT_EQ(content.count(QLatin1Char('\n')), 43);
+      EXPECT_EQ(document.GetChildrenNames(), QList<QString>{collection});
+      for (int i = 1; i < 40; ++i)
+        EXPECT_EQ(document.GetCollectionItem<int>(collection, static_cast<unsigned long long>(i), -1), i);
+
+      const QString path = folder.filePath(QStringLiteral("large.xml"));
+      ASSERT_TRUE(document.SaveAs(path));
+      EXPECT_EQ(QString::fromUtf8(readFile(path)).trimmed(), content);
+      // A new tree starts its shared texts afresh.
+      if (round == 0)
+        document.SetContent(QStringLiteral("<root/>"));
+      else
+        document.Clear();
+    }
+    EXPECT_EQ(document.GetContent(), QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<root />"));
+  }
+}

@@ -370,3 +370,47 @@ TEST(Settings, LargeCollectionsKeepTheLookupRules)
   document.Set("p", 1);
   EXPECT_EQ(document.Get<int>("p", 0), 1);
 }
+
+TEST(Settings, WritesFollowTheLookupRulesInSmallAndLargeNodes)
+{
+  // The same awkward children, once alone and once among enough others for the index
+  // tables: appending takes Count as the index and overwrites an item that already has
+  // it; Set passes a collection by and appends beside an item that is not item 0.
+  const char* awkward = "<a index=\"0\" class=\"int32\" value=\"0\"/>"
+                        "<a index=\"2\" class=\"int32\" value=\"2\" keep=\"k\"><sub/></a>"
+                        "<q index=\"1\" class=\"int32\" value=\"1\"/>"
+                        "<p class=\"string\" value=\"old\" keep=\"k\"/>";
+  for (const int fillers : {0, 40})
+  {
+    SCOPED_TRACE(fillers);
+    QString xml = QStringLiteral("<root>");
+    for (int i = 0; i < fillers; ++i)
+      xml += QStringLiteral("<f%1/>").arg(i);
+    xml += QString::fromUtf8(awkward) + QStringLiteral("</root>");
+    SettingsStringBasedDocument document(xml);
+
+    document.AppendCollectionItem("a", 2.5);
+    EXPECT_EQ(document.Count("a"), 2u);
+    EXPECT_EQ(document.GetCollectionItem<double>("a", 2, 0), 2.5);
+    EXPECT_TRUE(document.ToString().contains(
+        QStringLiteral("<a index=\"2\" class=\"double\" value=\"2.5\" keep=\"k\">\n  <sub />\n </a>")));
+    document.AppendCollectionItem("a", 3); // still two items: item 2 again
+    EXPECT_EQ(document.GetCollectionItem<int>("a", 2, 0), 3);
+    EXPECT_EQ(document.Count("a"), 2u);
+
+    document.Set("a", 9); // a collection: left alone
+    EXPECT_EQ(document.Count("a"), 2u);
+    EXPECT_EQ(document.GetCollectionItem<int>("a", 0, -1), 0);
+    document.Set("q", 5); // q is no collection and its first element an item: a new plain leaf
+    EXPECT_EQ(document.Count("q"), 2u);
+    EXPECT_TRUE(document.ToString().contains(QStringLiteral("<q class=\"int32\" value=\"5\" />")));
+    document.AppendCollectionItem("q", 6); // no item 0 yet: item 0, appended
+    EXPECT_EQ(document.GetCollectionItem<int>("q", 0, 0), 6);
+    EXPECT_EQ(document.GetCollectionItem<int>("q", 1, 0), 1);
+    document.Set("p", QStringLiteral("new \u00e9"));
+    EXPECT_TRUE(document.ToString().contains(QStringLiteral("<p class=\"string\" value=\"new \u00e9\" keep=\"k\" />")));
+    document.Set("p", true);
+    EXPECT_EQ(document.GetClass("p"), QStringLiteral("bool"));
+    EXPECT_TRUE(document.Get<bool>("p", false));
+  }
+}

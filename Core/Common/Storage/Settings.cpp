@@ -7,11 +7,11 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <charconv>
 #include <cstring>
-#include <string_view>
-
 #include <limits>
+#include <string_view>
 #include <type_traits>
 
 namespace Storage
@@ -96,22 +96,56 @@ const QString& TypeName()
   return name;
 }
 
-// Texts in the C locale, through fmt (never the user's locale).
-template <typename T>
-QString ToText(const T& value)
+// A number's text in the C locale, through fmt (never the user's locale), formatted into
+// a buffer on the stack: collections write one per item. The character code of a char
+// is taken as unsigned; float is widened to double and written with 10 significant
+// digits, double with 15.
+class FormattedNumber
+{
+public:
+  template <typename T>
+  explicit FormattedNumber(T value)
+  {
+    if constexpr (std::is_floating_point_v<T>)
+    {
+      const auto result = std::is_same_v<T, float>
+                              ? fmt::format_to_n(m_text, sizeof m_text, "{:.10g}", static_cast<double>(value))
+                              : fmt::format_to_n(m_text, sizeof m_text, "{:.15g}", static_cast<double>(value));
+      m_size = std::min(result.size, sizeof m_text);
+    }
+    else if constexpr (std::is_same_v<T, char>)
+      SetInteger(static_cast<unsigned char>(value));
+    else
+      SetInteger(value);
+  }
+
+  std::string_view view() const { return std::string_view(m_text, m_size); }
+
+private:
+  // format_int has no format string to interpret; small types widen to int.
+  template <typename T>
+  void SetInteger(T value)
+  {
+    const fmt::format_int text(+value);
+    m_size = std::min(text.size(), sizeof m_text);
+    std::memcpy(m_text, text.data(), m_size);
+  }
+
+  // The longest text is a double such as -2.22507385850720e-308.
+  char m_text[32];
+  size_t m_size;
+};
+
+// Calls write with the UTF-8 text of value, as the table of value types has it.
+template <typename T, typename Write>
+void WithText(const T& value, Write&& write)
 {
   if constexpr (std::is_same_v<T, QString>)
-    return value;
+    write(Private::Utf8Buffer(value).view());
   else if constexpr (std::is_same_v<T, bool>)
-    return value ? QStringLiteral("true") : QStringLiteral("false");
-  else if constexpr (std::is_same_v<T, char>)
-    return QString::fromLatin1(fmt::format_int(static_cast<unsigned char>(value)).c_str());
-  else if constexpr (std::is_same_v<T, float>)
-    return QString::fromLatin1(fmt::format("{:.10g}", static_cast<double>(value)));
-  else if constexpr (std::is_same_v<T, double>)
-    return QString::fromLatin1(fmt::format("{:.15g}", value));
+    write(std::string_view(value ? "true" : "false"));
   else
-    return QString::fromLatin1(fmt::format_int(value).c_str());
+    write(FormattedNumber(value).view());
 }
 
 bool IsAsciiSpace(char c)
@@ -260,16 +294,15 @@ STORAGE_INSTANTIATE_READS(bool)
 #define STORAGE_DEFINE_SET(T)                                                                                          \
   void Settings::Set(const QString& name, T value)                                                                     \
   {                                                                                                                    \
-    if (IsCollection(name))                                                                                            \
-      return;                                                                                                          \
-    SetChild(name, TypeName<std::remove_cvref_t<T>>(), ToText<std::remove_cvref_t<T>>(value), false, 0);               \
+    WithText(value,                                                                                                    \
+             [&](std::string_view text) { WriteLeaf(name, ValueType<std::remove_cvref_t<T>>::name, text, false); });   \
   }
 
 #define STORAGE_DEFINE_APPEND(T)                                                                                       \
   void Settings::AppendCollectionItem(const QString& name, T value)                                                    \
   {                                                                                                                    \
-    SetChild(name, TypeName<std::remove_cvref_t<T>>(), ToText<std::remove_cvref_t<T>>(value), true,                    \
-             GetNextCollectionIndex(name));                                                                            \
+    WithText(value,                                                                                                    \
+             [&](std::string_view text) { WriteLeaf(name, ValueType<std::remove_cvref_t<T>>::name, text, true); });    \
   }
 
 #define STORAGE_DEFINE_SET_AND_APPEND(T)                                                                               \

@@ -26,6 +26,7 @@
 #include <QString>
 
 #include <memory>
+#include <string_view>
 
 namespace Storage
 {
@@ -102,6 +103,10 @@ private:
   // Reading large collections must not cost a node per item.
   virtual const char* FindValueText(const QString& name, bool isCollectionItem, unsigned long long index,
                                     const char* expectedClass) const = 0;
+  // Set (append false) or AppendCollectionItem (append true) with the texts already in
+  // UTF-8: the same lookups and results as SetChild, without a QString per value.
+  // Writing large collections must not convert every value twice.
+  virtual void WriteLeaf(const QString& name, const char* className, std::string_view valueText, bool append) = 0;
 
 public:
   // Leaves. A name that is a collection is left untouched: a collection is never

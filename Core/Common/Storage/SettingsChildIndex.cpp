@@ -1,5 +1,7 @@
 #include "SettingsChildIndex_p.h"
 
+#include <fmt/format.h>
+
 #include <charconv>
 #include <cstring>
 
@@ -24,19 +26,28 @@ bool HasIndex(pugi::xml_node element, unsigned long long index)
 
 bool SettingsChildIndex::ParseIndex(const char* text, unsigned long long& index)
 {
-  if (!text || !*text)
+  // Digits only, no leading zero, no overflow: runs for every child when a table is built.
+  if (!text || !*text || (text[0] == '0' && text[1] != '\0'))
     return false;
-  const size_t length = std::strlen(text);
-  if (length > 1 && text[0] == '0')
-    return false;
-  const auto [end, error] = std::from_chars(text, text + length, index, 10);
-  return error == std::errc() && end == text + length;
+  unsigned long long value = 0;
+  for (; *text; ++text)
+  {
+    const unsigned digit = static_cast<unsigned char>(*text) - static_cast<unsigned>('0');
+    if (digit > 9 || __builtin_mul_overflow(value, 10u, &value) || __builtin_add_overflow(value, digit, &value))
+      return false;
+  }
+  index = value;
+  return true;
 }
 
 void SettingsChildIndex::NameEntry::Add(pugi::xml_node element)
 {
+  // Written items carry "index" first; any other order is searched for.
+  pugi::xml_attribute attribute = element.first_attribute();
+  if (attribute && std::strcmp(attribute.name(), "index") != 0)
+    attribute = element.attribute("index");
   unsigned long long index = 0;
-  Add(element, ParseIndex(element.attribute("index").as_string(nullptr), index) ? &index : nullptr);
+  Add(element, ParseIndex(attribute.value(), index) ? &index : nullptr);
 }
 
 void SettingsChildIndex::NameEntry::Add(pugi::xml_node element, const unsigned long long* itemIndex)
@@ -58,6 +69,8 @@ pugi::xml_node SettingsChildIndex::NameEntry::Item(unsigned long long index) con
 {
   if (index < dense.size() && dense[index])
     return dense[index];
+  if (sparse.empty())
+    return {};
   const auto it = sparse.find(index);
   return it == sparse.end() ? pugi::xml_node() : it->second;
 }
@@ -155,6 +168,21 @@ pugi::xml_node SettingsChildIndex::FindItem(pugi::xml_node parent, std::string_v
   return {};
 }
 
+pugi::xml_node SettingsChildIndex::NextItem(pugi::xml_node parent, std::string_view name, unsigned long long& index,
+                                            bool& isCollection)
+{
+  if (Table* table = TableFor(parent))
+  {
+    const NameEntry* entry = EntryFor(*table, name);
+    isCollection = entry && entry->Item(0);
+    index = isCollection ? entry->count : 0;
+    return isCollection ? entry->Item(index) : pugi::xml_node();
+  }
+  isCollection = FindItem(parent, name, 0);
+  index = isCollection ? Count(parent, name) : 0;
+  return isCollection ? FindItem(parent, name, index) : pugi::xml_node();
+}
+
 unsigned long long SettingsChildIndex::Count(pugi::xml_node parent, std::string_view name)
 {
   if (Table* table = TableFor(parent))
@@ -177,6 +205,23 @@ pugi::xml_node SettingsChildIndex::Append(pugi::xml_node parent, std::string_vie
   element.set_name(name.data()); // names come from QByteArray, which ends in '\0'
   if (index)
     element.append_attribute("index").set_value(*index);
+  Register(parent, name, element, index);
+  return element;
+}
+
+pugi::xml_node SettingsChildIndex::AppendCopy(pugi::xml_node parent, std::string_view name, pugi::xml_node prototype,
+                                              unsigned long long index)
+{
+  pugi::xml_node element = parent.append_copy(prototype);
+  const fmt::format_int text(index);
+  element.first_attribute().set_value(text.data(), text.size());
+  Register(parent, name, element, &index);
+  return element;
+}
+
+void SettingsChildIndex::Register(pugi::xml_node parent, std::string_view name, pugi::xml_node element,
+                                  const unsigned long long* index)
+{
   if (Table* table = ExistingTable(parent))
   {
     NameEntry* entry = EntryFor(*table, name);
@@ -184,7 +229,6 @@ pugi::xml_node SettingsChildIndex::Append(pugi::xml_node parent, std::string_vie
       entry = &table->emplace(std::string(name), NameEntry()).first->second;
     entry->Add(element, index);
   }
-  return element;
 }
 
 void SettingsChildIndex::Remove(pugi::xml_node parent, std::string_view name)

@@ -31,10 +31,20 @@ public:
   pugi::xml_node FindItem(pugi::xml_node parent, std::string_view name, unsigned long long index);
   // Number of child elements with this name.
   unsigned long long Count(pugi::xml_node parent, std::string_view name);
+  // Where the next item of collection name goes: index is Count when item 0 exists, else
+  // 0; the result is the element that already has that index, if any. isCollection tells
+  // whether item 0 exists. One lookup for what appending needs.
+  pugi::xml_node NextItem(pugi::xml_node parent, std::string_view name, unsigned long long& index, bool& isCollection);
 
   // Appends a child element, with an "index" attribute when index is given. name must be
   // followed by '\0' in memory.
   pugi::xml_node Append(pugi::xml_node parent, std::string_view name, const unsigned long long* index);
+  // Appends a copy of prototype, a child element of that name whose first attribute is
+  // "index", and sets that attribute to index.
+  pugi::xml_node AppendCopy(pugi::xml_node parent, std::string_view name, pugi::xml_node prototype,
+                            unsigned long long index);
+  // Whether parent has a table: it has many children.
+  bool HasTable(pugi::xml_node parent) { return ExistingTable(parent); }
   // Removes every child element with this name, with its subtree.
   void Remove(pugi::xml_node parent, std::string_view name);
   // Removes every child node, from the last to the first.
@@ -77,6 +87,8 @@ private:
   // The table of parent if it has one; never builds one.
   Table* ExistingTable(pugi::xml_node parent);
   NameEntry* EntryFor(Table& table, std::string_view name);
+  // Enters a new last child of parent into parent's table, if it has one.
+  void Register(pugi::xml_node parent, std::string_view name, pugi::xml_node element, const unsigned long long* index);
   void ForgetRecent();
   // Removes element and its subtree without recursion (a file may nest very deeply),
   // erasing the tables of the removed elements.

@@ -7,6 +7,7 @@
 #include <QFile>
 #include <QSaveFile>
 
+#include <algorithm>
 #include <atomic>
 
 Q_LOGGING_CATEGORY(lcSerialization, "Core.Serialization", QtWarningMsg)
@@ -77,6 +78,7 @@ void SettingsDocImpl::DisableExceptionOnWrite()
 
 void SettingsDocImpl::CreateEmptyDocument()
 {
+  ForgetPrototypes();
   m_childIndex.Reset();
   m_document.reset();
   m_buffer.clear();
@@ -107,6 +109,7 @@ void SettingsDocImpl::Fail(const QString& diagnostic)
 SettingsDocImpl::ParseOutcome SettingsDocImpl::Parse(QByteArray buffer, pugi::xml_encoding encoding,
                                                      QString& parserDescription)
 {
+  ForgetPrototypes();
   m_childIndex.Reset();
   m_hasReports = false;
   m_buffer = std::move(buffer);
@@ -212,7 +215,7 @@ bool SettingsDocImpl::WriteToFile(QSaveFile& file) const
     return false;
   }
   PugiXmlWriterToQFile writer(file);
-  m_document.save(writer, "\t", pugi::format_indent | pugi::format_no_declaration, pugi::encoding_utf8);
+  Write(writer);
   if (writer.Failed())
   {
     // The previous file stays as it was.
@@ -235,8 +238,80 @@ QString SettingsDocImpl::ToString() const
 {
   QString text;
   PugiXmlWriterToQString writer(text);
-  m_document.save(writer, "\t", pugi::format_indent | pugi::format_no_declaration, pugi::encoding_utf8);
+  Write(writer);
   return text;
+}
+
+void SettingsDocImpl::Write(pugi::xml_writer& writer) const
+{
+  for (pugi::xml_node node = m_document.first_child(); node; node = node.next_sibling())
+  {
+    if (node != m_prototypes)
+      node.print(writer, "\t", pugi::format_indent, pugi::encoding_utf8);
+  }
+}
+
+void SettingsDocImpl::ForgetPrototypes()
+{
+  // Their nodes go with the document's.
+  m_prototypes = pugi::xml_node();
+  m_prototypeByKey.clear();
+  m_recentPrototypeName.clear();
+  m_recentPrototypeClass.clear();
+  m_recentPrototype = pugi::xml_node();
+}
+
+pugi::xml_node SettingsDocImpl::CollectionItemPrototype(std::string_view name, const char* className)
+{
+  // Items are appended one after another: the last prototype is usually the one.
+  if (m_recentPrototype && name == m_recentPrototypeName && m_recentPrototypeClass == className)
+    return m_recentPrototype;
+  const std::string_view classView(className);
+  const size_t keySize = name.size() + 1 + classView.size();
+  // Names that are plain XML names only: the text must hold no markup.
+  const auto plain = [](char c)
+  {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '-' ||
+           c == '.' || static_cast<unsigned char>(c) >= 0x80;
+  };
+  if (name.empty() || (name[0] >= '0' && name[0] <= '9') || name[0] == '-' || name[0] == '.' ||
+      !std::all_of(name.begin(), name.end(), plain))
+    return {};
+  std::string key;
+  key.reserve(keySize);
+  key.append(name).append(1, '\0').append(classView);
+  auto it = m_prototypeByKey.find(key);
+  if (it == m_prototypeByKey.end())
+  {
+    if (!m_prototypes)
+      m_prototypes = m_document.append_child("prototypes");
+    const pugi::xml_node before = m_prototypes.last_child();
+    std::string text;
+    text.append("<").append(name).append(" index=\"\" class=\"").append(classView).append("\" value=\"\"/>");
+    const pugi::xml_parse_result result =
+        m_prototypes.append_buffer(text.data(), text.size(), pugi::parse_minimal, pugi::encoding_utf8);
+    pugi::xml_node prototype = m_prototypes.last_child();
+    // Accepted only if the text came back as exactly this element.
+    const pugi::xml_attribute index = prototype.first_attribute();
+    const pugi::xml_attribute type = index.next_attribute();
+    const pugi::xml_attribute value = type.next_attribute();
+    const bool exact = result && prototype != before && prototype.type() == pugi::node_element &&
+                       prototype.previous_sibling() == before && !prototype.first_child() && name == prototype.name() &&
+                       std::string_view(index.name()) == "index" && std::string_view(type.name()) == "class" &&
+                       classView == type.value() && std::string_view(value.name()) == "value" &&
+                       !value.next_attribute();
+    if (!exact)
+    {
+      while (m_prototypes.last_child() != before)
+        m_prototypes.remove_child(m_prototypes.last_child());
+      prototype = pugi::xml_node();
+    }
+    it = m_prototypeByKey.emplace(std::move(key), prototype).first;
+  }
+  m_recentPrototypeName = name;
+  m_recentPrototypeClass = className;
+  m_recentPrototype = it->second;
+  return it->second;
 }
 
 } // namespace Storage::Private

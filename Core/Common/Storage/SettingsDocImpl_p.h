@@ -15,6 +15,10 @@
 
 #include <pugixml.hpp>
 
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
 class QFile;
 class QSaveFile;
 
@@ -47,6 +51,13 @@ public:
   void SetHasReports() { m_hasReports = true; }
   SettingsChildIndex& ChildIndex() { return m_childIndex; }
 
+  // An element <name index="" class="className" value=""/> outside the saved tree, parsed
+  // from text so that its name and attributes are not separately allocated: copies of it
+  // share them (pugixml shares unallocated strings within a document). Null when name
+  // does not parse back as itself. For large collections, whose items differ only in
+  // their index and value.
+  pugi::xml_node CollectionItemPrototype(std::string_view name, const char* className);
+
   // Deepest nesting below "root" that Read accepts.
   static constexpr int kMaximumDepth = 1000;
 
@@ -67,12 +78,22 @@ private:
   };
   ParseOutcome Parse(QByteArray buffer, pugi::xml_encoding encoding, QString& parserDescription);
   void Fail(const QString& diagnostic);
+  // Writes the declaration and "root", not the prototypes.
+  void Write(pugi::xml_writer& writer) const;
+  void ForgetPrototypes();
 
   pugi::xml_document m_document;
   QByteArray m_buffer;
   SettingsChildIndex m_childIndex;
   SettingsDomElem m_root;
   bool m_hasReports = false;
+  // Top-level element after "root" that holds the prototypes; null until one is needed.
+  pugi::xml_node m_prototypes;
+  // Key: name, '\0', class name. A null node marks a name that cannot be a prototype.
+  std::unordered_map<std::string, pugi::xml_node> m_prototypeByKey;
+  std::string m_recentPrototypeName;
+  std::string m_recentPrototypeClass;
+  pugi::xml_node m_recentPrototype;
 };
 
 } // namespace Storage::Private

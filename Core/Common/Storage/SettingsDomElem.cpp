@@ -25,12 +25,12 @@ QString FromUtf8(const char* text)
 }
 
 // Sets the attribute, appending it when missing, so new elements get the documented order.
-void SetAttribute(pugi::xml_node element, const char* name, const char* value)
+void SetAttribute(pugi::xml_node element, const char* name, std::string_view value)
 {
   pugi::xml_attribute attribute = element.attribute(name);
   if (!attribute)
     attribute = element.append_attribute(name);
-  attribute.set_value(value);
+  attribute.set_value(value.data(), value.size());
 }
 
 } // namespace
@@ -58,7 +58,7 @@ unsigned int SettingsDomElem::GetVersion() const
 
 void SettingsDomElem::SetClass(const QString& className)
 {
-  SetAttribute(m_element, "class", Utf8Buffer(className).c_str());
+  SetAttribute(m_element, "class", Utf8Buffer(className).view());
 }
 
 QString SettingsDomElem::GetClass() const
@@ -215,17 +215,55 @@ void SettingsDomElem::SetChild(const QString& name, const QString& className, co
 {
   const Utf8Buffer classUtf8(className);
   const Utf8Buffer valueUtf8(valueText);
-  if (pugi::xml_node child = Lookup(name, isCollectionItem, index))
+  const Utf8Buffer nameUtf8(name);
+  const pugi::xml_node child = Lookup(name, isCollectionItem, index);
+  WriteLeafElement(child, nameUtf8.view(), isCollectionItem ? &index : nullptr, classUtf8.c_str(), valueUtf8.view());
+}
+
+void SettingsDomElem::WriteLeaf(const QString& name, const char* className, std::string_view valueText, bool append)
+{
+  SettingsChildIndex& children = m_document->ChildIndex();
+  const Utf8Buffer utf8(name);
+  const std::string_view key = utf8.view();
+  unsigned long long index = 0;
+  bool isCollection = false;
+  const pugi::xml_node item = children.NextItem(m_element, key, index, isCollection);
+  if (append)
   {
-    SetAttribute(child, "class", classUtf8.c_str());
-    SetAttribute(child, "value", valueUtf8.c_str());
+    WriteLeafElement(item, key, &index, className, valueText);
     return;
   }
-  // A new element: "index" first, then "class" and "value".
-  pugi::xml_node child =
-      m_document->ChildIndex().Append(m_element, Utf8Buffer(name).view(), isCollectionItem ? &index : nullptr);
-  child.append_attribute("class").set_value(classUtf8.c_str());
-  child.append_attribute("value").set_value(valueUtf8.c_str());
+  if (isCollection)
+    return; // a collection is never overwritten by a plain value
+  const pugi::xml_node first = children.FindFirst(m_element, key);
+  WriteLeafElement(first && !first.attribute("index") ? first : pugi::xml_node(), key, nullptr, className, valueText);
+}
+
+void SettingsDomElem::WriteLeafElement(pugi::xml_node child, std::string_view name, const unsigned long long* index,
+                                       const char* className, std::string_view valueText)
+{
+  if (child)
+  {
+    SetAttribute(child, "class", className);
+    SetAttribute(child, "value", valueText);
+    return;
+  }
+  // A new element: "index" first, then "class" and "value". Items of large collections
+  // are copies of one prototype, which keeps the names and class texts shared.
+  SettingsChildIndex& children = m_document->ChildIndex();
+  if (index && children.HasTable(m_element))
+  {
+    if (const pugi::xml_node prototype = m_document->CollectionItemPrototype(name, className))
+    {
+      children.AppendCopy(m_element, name, prototype, *index)
+          .last_attribute()
+          .set_value(valueText.data(), valueText.size());
+      return;
+    }
+  }
+  child = children.Append(m_element, name, index);
+  child.append_attribute("class").set_value(className);
+  child.append_attribute("value").set_value(valueText.data(), valueText.size());
 }
 
 QString SettingsDomElem::GetValue(const QString& expectedClass) const

@@ -55,6 +55,10 @@ private:
                                       unsigned long long index) const override;
   const char* FindValueText(const QString& name, bool isCollectionItem, unsigned long long index,
                             const char* expectedClass) const override;
+  void WriteLeaf(const QString& name, const char* className, std::string_view valueText, bool append) override;
+  // Overwrites the leaf child, or appends it (with "index" when index is given).
+  void WriteLeafElement(pugi::xml_node child, std::string_view name, const unsigned long long* index,
+                        const char* className, std::string_view valueText);
   // This leaf's value text, reporting a class other than expectedClass.
   const char* CheckedValue(const char* expectedClass) const;
 

@@ -90,6 +90,10 @@
   {                                                                                                                    \
     return Root().FindValueText(name, isCollectionItem, index, expectedClass);                                         \
   }                                                                                                                    \
+  void Class::WriteLeaf(const QString& name, const char* className, std::string_view valueText, bool append)           \
+  {                                                                                                                    \
+    Root().WriteLeaf(name, className, valueText, append);                                                              \
+  }                                                                                                                    \
   Settings& Class::Root() const                                                                                        \
   {                                                                                                                    \
     return m_impl->GetRoot();                                                                                          \

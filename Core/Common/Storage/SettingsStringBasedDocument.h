@@ -54,6 +54,7 @@ private:
                                       unsigned long long index) const override;
   const char* FindValueText(const QString& name, bool isCollectionItem, unsigned long long index,
                             const char* expectedClass) const override;
+  void WriteLeaf(const QString& name, const char* className, std::string_view valueText, bool append) override;
 
   Settings& Root() const;
 
