@@ -4,8 +4,9 @@
 
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTemporaryDir>
+
+#include "RteRun.h"
 
 #include <gtest/gtest.h>
 
@@ -14,26 +15,9 @@ using namespace RTE::Parameter;
 namespace
 {
 
-struct ToolRun
+RteRun rte(const QStringList& arguments)
 {
-  int exitCode = -1;
-  QString out;
-  QString err;
-};
-
-// The tool of the same build: build/tests/ParameterTests -> build/tools/rte/rte.
-QString rtePath()
-{
-  return QCoreApplication::applicationDirPath() + QStringLiteral("/../tools/rte/rte");
-}
-
-ToolRun rte(const QStringList& arguments)
-{
-  QProcess process;
-  process.start(rtePath(), QStringList{QStringLiteral("params")} + arguments);
-  process.waitForFinished(30000);
-  return ToolRun{process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-                 QString::fromUtf8(process.readAllStandardError())};
+  return runRte(QStringList{QStringLiteral("params")} + arguments);
 }
 
 std::shared_ptr<C_Tree> makeCamera()
@@ -74,7 +58,7 @@ TEST(ParamsCommand, PrintsTheStoredTreeIndented)
     ASSERT_TRUE(document.Save());
   }
 
-  ToolRun run = rte({path});
+  RteRun run = rte({path});
   EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
   EXPECT_EQ(run.out,
             QStringLiteral("Sensor  Category  ReadWrite\n"

@@ -6,34 +6,18 @@
 #include <QCoreApplication>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTemporaryDir>
+
+#include "RteRun.h"
 
 #include <gtest/gtest.h>
 
 namespace
 {
 
-struct ToolRun
+RteRun rte(const QStringList& arguments)
 {
-  int exitCode = -1;
-  QString out;
-  QString err;
-};
-
-// The tool of the same build: build/tests/StorageTests -> build/tools/rte/rte.
-QString rtePath()
-{
-  return QCoreApplication::applicationDirPath() + QStringLiteral("/../tools/rte/rte");
-}
-
-ToolRun rte(const QStringList& arguments)
-{
-  QProcess process;
-  process.start(rtePath(), QStringList{QStringLiteral("settings")} + arguments);
-  process.waitForFinished(30000);
-  return ToolRun{process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-             QString::fromUtf8(process.readAllStandardError())};
+  return runRte(QStringList{QStringLiteral("settings")} + arguments);
 }
 
 } // namespace
@@ -57,7 +41,7 @@ TEST(SettingsCommand, PrintsGetsAndSetsKeepingTheRest)
     ASSERT_TRUE(document.Save());
   }
 
-  ToolRun run = rte({path});
+  RteRun run = rte({path});
   EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
   EXPECT_EQ(run.out, QStringLiteral("root  class=\"Setup\"  version=3\n"
                                     "  center  class=\"point2D\"\n"
