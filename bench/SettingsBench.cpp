@@ -175,3 +175,24 @@ void BM_SettingsSetContent(benchmark::State& state)
 
 BENCHMARK(BM_SettingsGetContent)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_SettingsSetContent)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+namespace
+{
+
+void BM_SettingsReadParsed(benchmark::State& state)
+{
+  const int count = static_cast<int>(state.range(0));
+  const Storage::SettingsStringBasedDocument read(collectionText(count));
+  for (auto _ : state)
+  {
+    long long sum = 0;
+    for (int i = 0; i < count; ++i)
+      sum += read.GetCollectionItem<int>(QStringLiteral("items"), static_cast<unsigned long long>(i), 0);
+    benchmark::DoNotOptimize(sum);
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
+} // namespace
+
+BENCHMARK(BM_SettingsReadParsed)->Arg(100000)->Unit(benchmark::kMillisecond);

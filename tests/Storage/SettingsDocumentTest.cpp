@@ -11,6 +11,7 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <functional>
 #include <sys/resource.h>
 
 using Storage::AutoSync;
@@ -359,4 +360,114 @@ TEST(SettingsDocument, LargeCollectionsOfAnyNameWriteEveryItemAsItsOwn)
     }
     EXPECT_EQ(document.GetContent(), QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<root />"));
   }
+}
+
+TEST(SettingsDocument, AppendedItemsComeOutAlikeWhateverTheTreeSeesInBetween)
+{
+  // Items appended one after another to a large collection may be held back until the
+  // tree is looked at. A document that is looked at after every append holds nothing
+  // back: both must write the same text and file, and whatever is done after the
+  // appends must see every item where it belongs.
+  const QString texts[] = {
+      QStringLiteral("plain"),       QStringLiteral("a&b"),       QStringLiteral("x\"y'z"), QStringLiteral("<t>"),
+      QStringLiteral("line\nbreak"), QStringLiteral("tab\there"), QStringLiteral("\u00e9"), QString()};
+  // The file's part: a high item index waiting in the collection, and a CDATA text that
+  // looks like a processing instruction.
+  const QString start = QStringLiteral("<root><outer><inner><v index=\"70\" class=\"string\" value=\"old\"/>"
+                                       "<c><![CDATA[<?pending-items-0?>]]></c></inner></outer></root>");
+  const auto build = [&](SettingsDocument& document, bool look)
+  {
+    ASSERT_TRUE(document.SetContent(start));
+    const std::shared_ptr<Storage::Settings> inner = document.GetNode("outer")->GetNode("inner");
+    const auto seen = [&] { return look ? inner->Count(QStringLiteral("v")) : 0u; };
+    for (int i = 0; i < 60; ++i)
+    {
+      inner->AppendCollectionItem("v", i);
+      seen();
+    }
+    for (const QString& text : texts)
+    {
+      inner->AppendCollectionItem("v", text);
+      seen();
+    }
+    for (int i = 0; i < 30; ++i)
+    {
+      inner->AppendCollectionItem("u", 0.1 * i); // another collection of the same parent
+      seen();
+    }
+    // Back to the first: Count is the next index, so item 69 is new and item 70, which
+    // the file had, is overwritten again and again.
+    for (int i = 0; i < 5; ++i)
+    {
+      if (i == 0)
+        inner->AppendCollectionItem("v", 1e20);
+      else
+        inner->AppendCollectionItem("v", 0.5f);
+      seen();
+    }
+    document.AppendCollectionItem("w", true); // a small collection of root
+    inner->Set("after", 1);
+  };
+  QTemporaryDir folder;
+  ASSERT_TRUE(folder.isValid());
+  SettingsDocument looked;
+  build(looked, true);
+  const QString expected = looked.GetContent();
+  ASSERT_TRUE(looked.SaveAs(folder.filePath("looked.xml")));
+  EXPECT_EQ(looked.GetNode("outer")->GetNode("inner")->Count("v"), 70u);
+  EXPECT_TRUE(expected.contains(QStringLiteral("\n\t\t\t<v index=\"70\" class=\"float\" value=\"0.5\" />\n")));
+  EXPECT_TRUE(expected.contains(QStringLiteral("<![CDATA[<?pending-items-0?>]]>")));
+
+  // Each way of looking at the tree after appends that were held back.
+  const std::function<QString(SettingsDocument&)> looks[] = {
+      [](SettingsDocument& d) { return d.GetContent(); },
+      [&](SettingsDocument& d)
+      {
+        EXPECT_TRUE(d.SaveAs(folder.filePath("held.xml")));
+        EXPECT_EQ(readFile(folder.filePath("held.xml")), readFile(folder.filePath("looked.xml")));
+        return d.GetContent();
+      },
+      [](SettingsDocument& d)
+      {
+        const std::shared_ptr<Storage::Settings> inner = d.GetNode("outer")->GetNode("inner");
+        EXPECT_EQ(inner->Count("v"), 70u);
+        EXPECT_EQ(inner->GetCollectionItem<QString>("v", 65, QString()), QStringLiteral("line\nbreak"));
+        EXPECT_EQ(inner->GetCollectionItem<double>("v", 69, 0), 1e20);
+        EXPECT_EQ(inner->GetChildrenNames(), (QList<QString>{"v", "c", "u", "after"}));
+        return d.GetContent();
+      },
+      [](SettingsDocument& d)
+      {
+        const QString node = d.GetNode("outer")->ToString();
+        EXPECT_TRUE(node.contains(QStringLiteral("<v index=\"60\" class=\"int32\" value=\"59\" />")));
+        return d.GetContent();
+      },
+      [](SettingsDocument& d)
+      {
+        d.GetNode("outer")->GetNode("inner")->Remove("u");
+        EXPECT_FALSE(d.GetContent().contains(QStringLiteral("<u ")));
+        d.GetNode("outer")->GetNode("inner")->Clear();
+        return d.GetContent();
+      },
+  };
+  for (std::size_t i = 0; i < std::size(looks); ++i)
+  {
+    SCOPED_TRACE(i);
+    SettingsDocument held;
+    build(held, false);
+    SettingsDocument reference;
+    build(reference, true);
+    EXPECT_EQ(looks[i](held), looks[i](reference));
+    EXPECT_EQ(Storage::SettingsStringBasedDocument(held.GetContent()).GetContent(), held.GetContent());
+  }
+
+  // Replacing the tree drops what was held back; appending starts afresh.
+  SettingsDocument replaced;
+  build(replaced, false);
+  ASSERT_TRUE(replaced.SetContent(QStringLiteral("<root/>")));
+  for (int i = 0; i < 30; ++i)
+    replaced.AppendCollectionItem("n", i);
+  EXPECT_EQ(replaced.Count("n"), 30u);
+  EXPECT_FALSE(replaced.GetContent().contains(QStringLiteral("pending")));
+  EXPECT_FALSE(replaced.GetContent().contains(QStringLiteral("inner")));
 }

@@ -1,5 +1,7 @@
 #include "SettingsChildIndex_p.h"
 
+#include "SettingsText_p.h"
+
 #include <fmt/format.h>
 
 #include <charconv>
@@ -44,7 +46,7 @@ void SettingsChildIndex::NameEntry::Add(pugi::xml_node element)
 {
   // Written items carry "index" first; any other order is searched for.
   pugi::xml_attribute attribute = element.first_attribute();
-  if (attribute && std::strcmp(attribute.name(), "index") != 0)
+  if (attribute && !IsText(attribute.name(), "index"))
     attribute = element.attribute("index");
   unsigned long long index = 0;
   Add(element, ParseIndex(attribute.value(), index) ? &index : nullptr);
@@ -128,7 +130,7 @@ SettingsChildIndex::Table* SettingsChildIndex::TableFor(pugi::xml_node parent)
   {
     if (!IsElement(child))
       continue;
-    if (!entry || std::strcmp(entryName, child.name()) != 0)
+    if (!entry || !SameText(entryName, child.name()))
     {
       entryName = child.name();
       entry = &table[std::string(entryName)];

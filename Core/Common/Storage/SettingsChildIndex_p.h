@@ -43,6 +43,12 @@ public:
   // "index", and sets that attribute to index.
   pugi::xml_node AppendCopy(pugi::xml_node parent, std::string_view name, pugi::xml_node prototype,
                             unsigned long long index);
+  // Enters element, a new last child of parent made outside this class, as item index
+  // of collection name.
+  void Adopt(pugi::xml_node parent, std::string_view name, pugi::xml_node element, unsigned long long index)
+  {
+    Register(parent, name, element, &index);
+  }
   // Whether parent has a table: it has many children.
   bool HasTable(pugi::xml_node parent) { return ExistingTable(parent); }
   // Removes every child element with this name, with its subtree.

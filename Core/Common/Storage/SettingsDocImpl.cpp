@@ -1,7 +1,6 @@
 #include "SettingsDocImpl_p.h"
 
 #include "PugiXmlWriterToQFile_p.h"
-#include "PugiXmlWriterToQString_p.h"
 #include "StorageLog_p.h"
 
 #include <QFile>
@@ -78,6 +77,7 @@ void SettingsDocImpl::DisableExceptionOnWrite()
 
 void SettingsDocImpl::CreateEmptyDocument()
 {
+  m_pending.Discard();
   ForgetPrototypes();
   m_childIndex.Reset();
   m_document.reset();
@@ -109,6 +109,7 @@ void SettingsDocImpl::Fail(const QString& diagnostic)
 SettingsDocImpl::ParseOutcome SettingsDocImpl::Parse(QByteArray buffer, pugi::xml_encoding encoding,
                                                      QString& parserDescription)
 {
+  m_pending.Discard();
   ForgetPrototypes();
   m_childIndex.Reset();
   m_hasReports = false;
@@ -188,7 +189,9 @@ bool SettingsDocImpl::Read(const QString& xmlText)
   }
   QString description;
   // The text is already decoded: whatever encoding its declaration names, it is UTF-8 now.
-  switch (Parse(xmlText.toUtf8(), pugi::encoding_utf8, description))
+  QByteArray utf8 = xmlText.toUtf8();
+  utf8.squeeze(); // the conversion reserves three bytes per character; the tree keeps the buffer
+  switch (Parse(std::move(utf8), pugi::encoding_utf8, description))
   {
   case ParseOutcome::Ok:
     return true;
@@ -215,7 +218,13 @@ bool SettingsDocImpl::WriteToFile(QSaveFile& file) const
     return false;
   }
   PugiXmlWriterToQFile writer(file);
-  Write(writer);
+  if (m_pending.Empty())
+    Write(writer);
+  else
+  {
+    const QByteArray text = Utf8Text();
+    writer.write(text.constData(), static_cast<size_t>(text.size()));
+  }
   if (writer.Failed())
   {
     // The previous file stays as it was.
@@ -234,12 +243,67 @@ bool SettingsDocImpl::WriteToFile(QSaveFile& file) const
   return true;
 }
 
+namespace
+{
+
+class WriterToByteArray final : public pugi::xml_writer
+{
+public:
+  explicit WriterToByteArray(QByteArray& text) : m_text(text) {}
+  void write(const void* data, size_t size) override
+  {
+    m_text.append(static_cast<const char*>(data), static_cast<qsizetype>(size));
+  }
+
+private:
+  QByteArray& m_text;
+};
+
+} // namespace
+
+QByteArray SettingsDocImpl::Utf8Text() const
+{
+  QByteArray text;
+  WriterToByteArray writer(text);
+  Write(writer);
+  if (!m_pending.Empty())
+    m_pending.Splice(text);
+  return text;
+}
+
 QString SettingsDocImpl::ToString() const
 {
-  QString text;
-  PugiXmlWriterToQString writer(text);
-  Write(writer);
-  return text;
+  // Decoded in one piece: the text gets its exact size, and ASCII takes the fast path.
+  return QString::fromUtf8(Utf8Text());
+}
+
+bool SettingsDocImpl::HoldItem(pugi::xml_node parent, std::string_view name, const char* className,
+                               std::string_view valueText)
+{
+  if (!SettingsPendingItems::IsPlainText(className) || !SettingsPendingItems::IsPlainText(valueText))
+    return false;
+  if (m_pending.IsFor(parent, name))
+  {
+    // An element may already hold the next index (an item with a higher index read from
+    // a file): it is overwritten, as an element.
+    if (m_childIndex.FindItem(parent, name, m_pending.NextIndex()))
+      return false;
+  }
+  else
+  {
+    if (!m_childIndex.HasTable(parent) || !SettingsPendingItems::CanHoldName(name))
+      return false; // small collections are searched directly; elements are as cheap
+    Settle();
+    unsigned long long index = 0;
+    bool isCollection = false;
+    const pugi::xml_node existing = m_childIndex.NextItem(parent, name, index, isCollection);
+    if (!isCollection || existing)
+      return false; // item 0 and overwrites take the element way
+
+    m_pending.Begin(parent, name, index);
+  }
+  m_pending.Add(className, valueText);
+  return true;
 }
 
 void SettingsDocImpl::Write(pugi::xml_writer& writer) const

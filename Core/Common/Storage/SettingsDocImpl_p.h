@@ -9,6 +9,7 @@
 
 #include "SettingsChildIndex_p.h"
 #include "SettingsDomElem_p.h"
+#include "SettingsPendingItems_p.h"
 
 #include <QByteArray>
 #include <QString>
@@ -51,6 +52,18 @@ public:
   void SetHasReports() { m_hasReports = true; }
   SettingsChildIndex& ChildIndex() { return m_childIndex; }
 
+  // Appends item name of parent's collection as text when it can be held so (see
+  // SettingsPendingItems): parent has a table, the texts need no escaping and no element
+  // holds the item's index yet. False when the caller must append it as an element.
+  bool HoldItem(pugi::xml_node parent, std::string_view name, const char* className, std::string_view valueText);
+  // Turns items held as text into elements. Every access to the tree other than
+  // appending to the held collection and writing the document settles first.
+  void Settle()
+  {
+    if (!m_pending.Empty())
+      m_pending.Flush(m_childIndex);
+  }
+
   // An element <name index="" class="className" value=""/> outside the saved tree, parsed
   // from text so that its name and attributes are not separately allocated: copies of it
   // share them (pugixml shares unallocated strings within a document). Null when name
@@ -80,11 +93,14 @@ private:
   void Fail(const QString& diagnostic);
   // Writes the declaration and "root", not the prototypes.
   void Write(pugi::xml_writer& writer) const;
+  // The document text in UTF-8, with the items held as text in their place.
+  QByteArray Utf8Text() const;
   void ForgetPrototypes();
 
   pugi::xml_document m_document;
   QByteArray m_buffer;
   SettingsChildIndex m_childIndex;
+  SettingsPendingItems m_pending;
   SettingsDomElem m_root;
   bool m_hasReports = false;
   // Top-level element after "root" that holds the prototypes; null until one is needed.

@@ -2,6 +2,7 @@
 
 #include "PugiXmlWriterToQString_p.h"
 #include "SettingsDocImpl_p.h"
+#include "SettingsText_p.h"
 #include "StorageLog_p.h"
 #include "Utf8Buffer_p.h"
 
@@ -97,16 +98,19 @@ bool SettingsDomElem::IsCollection(const QString& name) const
 
 unsigned long long SettingsDomElem::Count(const QString& name) const
 {
+  m_document->Settle();
   return m_document->ChildIndex().Count(m_element, Utf8Buffer(name).view());
 }
 
 bool SettingsDomElem::Contains(const QString& name) const
 {
+  m_document->Settle();
   return m_document->ChildIndex().FindFirst(m_element, Utf8Buffer(name).view());
 }
 
 QList<QString> SettingsDomElem::GetChildrenNames() const
 {
+  m_document->Settle();
   QList<QString> names;
   QSet<QString> seen;
   for (pugi::xml_node child = m_element.first_child(); child; child = child.next_sibling())
@@ -125,16 +129,19 @@ QList<QString> SettingsDomElem::GetChildrenNames() const
 
 void SettingsDomElem::Remove(const QString& name)
 {
+  m_document->Settle();
   m_document->ChildIndex().Remove(m_element, Utf8Buffer(name).view());
 }
 
 void SettingsDomElem::Clear()
 {
+  m_document->Settle();
   m_document->ChildIndex().Clear(m_element);
 }
 
 QString SettingsDomElem::ToString() const
 {
+  m_document->Settle();
   QString text;
   PugiXmlWriterToQString writer(text);
   m_element.print(writer, " ", pugi::format_indent, pugi::encoding_utf8);
@@ -148,6 +155,7 @@ SettingsDocImpl* SettingsDomElem::GetDocImpl() const
 
 pugi::xml_node SettingsDomElem::Lookup(const QString& name, bool isCollectionItem, unsigned long long index) const
 {
+  m_document->Settle();
   SettingsChildIndex& children = m_document->ChildIndex();
   const Utf8Buffer utf8(name);
   const std::string_view key = utf8.view();
@@ -161,6 +169,7 @@ pugi::xml_node SettingsDomElem::Lookup(const QString& name, bool isCollectionIte
 std::shared_ptr<Settings> SettingsDomElem::CreateChild(const QString& name, bool isCollectionItem,
                                                        unsigned long long index)
 {
+  m_document->Settle();
   const pugi::xml_node child =
       m_document->ChildIndex().Append(m_element, Utf8Buffer(name).view(), isCollectionItem ? &index : nullptr);
   return std::make_shared<SettingsDomElem>(child, m_document);
@@ -188,12 +197,12 @@ const char* SettingsDomElem::CheckedValue(const char* expectedClass) const
   for (pugi::xml_attribute attribute = m_element.first_attribute(); attribute; attribute = attribute.next_attribute())
   {
     const char* name = attribute.name();
-    if (name[0] == 'c' && std::strcmp(name, "class") == 0 && !*actual)
+    if (IsText(name, "class") && !*actual)
       actual = attribute.value();
-    else if (name[0] == 'v' && std::strcmp(name, "value") == 0 && !*value)
+    else if (IsText(name, "value") && !*value)
       value = attribute.value();
   }
-  if (std::strcmp(actual, expectedClass) != 0)
+  if (!SameText(actual, expectedClass))
   {
     Report(QStringLiteral("Mismatching class - Expected class: \"") + QString::fromUtf8(expectedClass) +
            QStringLiteral("\", Actual class: \"") + QString::fromUtf8(actual) + QStringLiteral("\""));
@@ -225,6 +234,9 @@ void SettingsDomElem::WriteLeaf(const QString& name, const char* className, std:
   SettingsChildIndex& children = m_document->ChildIndex();
   const Utf8Buffer utf8(name);
   const std::string_view key = utf8.view();
+  if (append && m_document->HoldItem(m_element, key, className, valueText))
+    return;
+  m_document->Settle();
   unsigned long long index = 0;
   bool isCollection = false;
   const pugi::xml_node item = children.NextItem(m_element, key, index, isCollection);

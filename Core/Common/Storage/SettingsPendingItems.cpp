@@ -1,0 +1,159 @@
+#include "SettingsPendingItems_p.h"
+
+#include "SettingsChildIndex_p.h"
+
+#include <Core/Common/Exceptions/GeneralExceptions.h>
+#include <Core/Common/Exceptions/Raise.h>
+
+#include <QRandomGenerator>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstring>
+
+namespace Storage::Private
+{
+
+namespace
+{
+
+bool IsNameCharacter(char c)
+{
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == '-' ||
+         c == '.' || static_cast<unsigned char>(c) >= 0x80;
+}
+
+} // namespace
+
+bool SettingsPendingItems::CanHoldName(std::string_view name)
+{
+  return !name.empty() && !(name[0] >= '0' && name[0] <= '9') && name[0] != '-' && name[0] != '.' &&
+         std::all_of(name.begin(), name.end(), IsNameCharacter);
+}
+
+bool SettingsPendingItems::IsPlainText(std::string_view text)
+{
+  // No markup and no character the writer escapes (control characters come out as
+  // references).
+  return std::none_of(text.begin(), text.end(),
+                      [](char c) {
+                        return static_cast<unsigned char>(c) < 0x20 || c == '&' || c == '<' || c == '>' || c == '"' ||
+                               c == '\'';
+                      });
+}
+
+void SettingsPendingItems::Begin(pugi::xml_node parent, std::string_view name, unsigned long long index)
+{
+  // The marker's name is random, so no content of the document can be mistaken for it.
+  QRandomGenerator* random = QRandomGenerator::global();
+  const std::string target = fmt::format("pending-items-{:016x}{:016x}", random->generate64(), random->generate64());
+  m_marker = parent.append_child(pugi::node_pi);
+  m_marker.set_name(target.c_str());
+  m_markerText = "<?" + target + "?>";
+  // The writer indents a child by one tab per element from "root" down to its parent.
+  unsigned depth = 0;
+  for (pugi::xml_node node = parent; node && node.type() == pugi::node_element; node = node.parent())
+    ++depth;
+  m_indent.assign(1, '\n').append(depth, '\t');
+  m_parent = parent;
+  m_name.assign(name);
+  m_blocks.clear();
+  m_firstIndex = index;
+  m_nextIndex = index;
+}
+
+char* SettingsPendingItems::Reserve(std::size_t size)
+{
+  if (m_blocks.empty() || m_blocks.back().capacity - m_blocks.back().size < size)
+  {
+    // Small collections stay small; large ones get blocks of a megabyte.
+    constexpr std::size_t kFirst = 4096, kLargest = std::size_t{1} << 20;
+    const std::size_t capacity =
+        std::max(size, m_blocks.empty() ? kFirst : std::min(2 * m_blocks.back().capacity, kLargest));
+    m_blocks.push_back(Block{std::make_unique_for_overwrite<char[]>(capacity), 0, capacity});
+  }
+  Block& block = m_blocks.back();
+  char* room = block.data.get() + block.size;
+  block.size += size;
+  return room;
+}
+
+void SettingsPendingItems::Add(std::string_view className, std::string_view valueText)
+{
+  // <name index="i" class="c" value="v" />, after a line break and indent but the first.
+  const fmt::format_int index(m_nextIndex);
+  const std::string_view indent = m_nextIndex == m_firstIndex ? std::string_view() : std::string_view(m_indent);
+  constexpr std::string_view kIndex = " index=\"", kClass = "\" class=\"", kValue = "\" value=\"", kEnd = "\" />";
+  const std::size_t size = indent.size() + 1 + m_name.size() + kIndex.size() + index.size() + kClass.size() +
+                           className.size() + kValue.size() + valueText.size() + kEnd.size();
+  char* out = Reserve(size);
+  const auto put = [&out](std::string_view text)
+  {
+    std::memcpy(out, text.data(), text.size());
+    out += text.size();
+  };
+  put(indent);
+  *out++ = '<';
+  put(m_name);
+  put(kIndex);
+  put(std::string_view(index.data(), index.size()));
+  put(kClass);
+  put(className);
+  put(kValue);
+  put(valueText);
+  put(kEnd);
+  ++m_nextIndex;
+}
+
+void SettingsPendingItems::Flush(SettingsChildIndex& children)
+{
+  if (Empty())
+    return;
+  pugi::xml_node parent = m_parent;
+  const pugi::xml_node before = m_marker.previous_sibling();
+  parent.remove_child(m_marker);
+  // One parse per block (blocks end between items): the strings stay in the parsed
+  // buffers, no allocation per item.
+  bool parsed = true;
+  for (const Block& block : m_blocks)
+    parsed = parsed && parent.append_buffer(block.data.get(), block.size, pugi::parse_minimal, pugi::encoding_utf8);
+  unsigned long long index = m_firstIndex;
+  pugi::xml_node element = before ? before.next_sibling() : parent.first_child();
+  for (; element && index < m_nextIndex; element = element.next_sibling(), ++index)
+    children.Adopt(parent, m_name, element, index);
+  const bool complete = parsed && index == m_nextIndex && !element;
+  Discard();
+  // CanHold admits only texts that parse back as written.
+  if (!complete)
+    RTE::Raise(RTE::LogicError(QStringLiteral("Pending collection items could not be turned into elements.")));
+}
+
+void SettingsPendingItems::Discard()
+{
+  m_parent = pugi::xml_node();
+  m_marker = pugi::xml_node();
+  m_name.clear();
+  m_blocks.clear();
+  m_firstIndex = m_nextIndex = 0;
+}
+
+void SettingsPendingItems::Splice(QByteArray& text) const
+{
+  const qsizetype at = text.indexOf(QByteArrayView(m_markerText.data(), static_cast<qsizetype>(m_markerText.size())));
+  if (at < 0)
+    return;
+  const auto markerSize = static_cast<qsizetype>(m_markerText.size());
+  qsizetype size = text.size() - markerSize;
+  for (const Block& block : m_blocks)
+    size += static_cast<qsizetype>(block.size);
+  QByteArray spliced;
+  spliced.reserve(size);
+  spliced.append(text.constData(), at);
+  for (const Block& block : m_blocks)
+    spliced.append(block.data.get(), static_cast<qsizetype>(block.size));
+  spliced.append(text.constData() + at + markerSize, text.size() - at - markerSize);
+  text = std::move(spliced);
+}
+
+} // namespace Storage::Private
