@@ -6,6 +6,7 @@
 
 #include <charconv>
 #include <cstring>
+#include <limits>
 
 namespace Storage::Private
 {
@@ -46,13 +47,23 @@ void SettingsChildIndex::NameEntry::Add(pugi::xml_node element)
 {
   // Written items carry "index" first; any other order is searched for.
   pugi::xml_attribute attribute = element.first_attribute();
+  LeafAttributes leaf;
   if (attribute && !IsText(attribute.name(), "index"))
     attribute = element.attribute("index");
+  else if (attribute)
+  {
+    // Index, class, value: the leaf's attributes are known from this one walk.
+    const pugi::xml_attribute type = attribute.next_attribute();
+    const pugi::xml_attribute value = type.next_attribute();
+    if (IsText(type.name(), "class") && IsText(value.name(), "value"))
+      leaf = LeafAttributes{type, value};
+  }
   unsigned long long index = 0;
-  Add(element, ParseIndex(attribute.value(), index) ? &index : nullptr);
+  Add(element, ParseIndex(attribute.value(), index) ? &index : nullptr, leaf);
 }
 
-void SettingsChildIndex::NameEntry::Add(pugi::xml_node element, const unsigned long long* itemIndex)
+void SettingsChildIndex::NameEntry::Add(pugi::xml_node element, const unsigned long long* itemIndex,
+                                        const LeafAttributes& leaf)
 {
   if (count++ == 0)
     first = element;
@@ -60,17 +71,21 @@ void SettingsChildIndex::NameEntry::Add(pugi::xml_node element, const unsigned l
     return; // the first element of an index wins
   const unsigned long long index = *itemIndex;
   if (index < dense.size())
-    dense[index] = element;
+    dense[index] = Slot{element, leaf};
   else if (index == dense.size())
-    dense.push_back(element);
+    dense.push_back(Slot{element, leaf});
   else
     sparse.emplace(index, element);
 }
 
-pugi::xml_node SettingsChildIndex::NameEntry::Item(unsigned long long index) const
+pugi::xml_node SettingsChildIndex::NameEntry::Item(unsigned long long index, LeafAttributes* leaf) const
 {
-  if (index < dense.size() && dense[index])
-    return dense[index];
+  if (index < dense.size() && dense[index].element)
+  {
+    if (leaf)
+      *leaf = dense[index].leaf;
+    return dense[index].element;
+  }
   if (sparse.empty())
     return {};
   const auto it = sparse.find(index);
@@ -155,12 +170,13 @@ pugi::xml_node SettingsChildIndex::FindFirst(pugi::xml_node parent, std::string_
   return {};
 }
 
-pugi::xml_node SettingsChildIndex::FindItem(pugi::xml_node parent, std::string_view name, unsigned long long index)
+pugi::xml_node SettingsChildIndex::FindItem(pugi::xml_node parent, std::string_view name, unsigned long long index,
+                                            LeafAttributes* leaf)
 {
   if (Table* table = TableFor(parent))
   {
     const NameEntry* entry = EntryFor(*table, name);
-    return entry ? entry->Item(index) : pugi::xml_node();
+    return entry ? entry->Item(index, leaf) : pugi::xml_node();
   }
   for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling())
   {
@@ -183,6 +199,28 @@ pugi::xml_node SettingsChildIndex::NextItem(pugi::xml_node parent, std::string_v
   isCollection = FindItem(parent, name, 0);
   index = isCollection ? Count(parent, name) : 0;
   return isCollection ? FindItem(parent, name, index) : pugi::xml_node();
+}
+
+unsigned long long SettingsChildIndex::FirstTakenIndex(pugi::xml_node parent, std::string_view name,
+                                                       unsigned long long index)
+{
+  constexpr unsigned long long kNone = std::numeric_limits<unsigned long long>::max();
+  unsigned long long taken = kNone;
+  Table* table = TableFor(parent);
+  const NameEntry* entry = table ? EntryFor(*table, name) : nullptr;
+  if (!entry)
+    return taken;
+  for (unsigned long long i = index; i < entry->dense.size() && taken == kNone; ++i)
+  {
+    if (entry->dense[i].element)
+      taken = i;
+  }
+  for (const auto& [sparseIndex, element] : entry->sparse)
+  {
+    if (sparseIndex >= index)
+      taken = std::min(taken, sparseIndex);
+  }
+  return taken;
 }
 
 unsigned long long SettingsChildIndex::Count(pugi::xml_node parent, std::string_view name)

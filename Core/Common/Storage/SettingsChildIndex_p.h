@@ -27,8 +27,21 @@ class SettingsChildIndex
 public:
   // The first child element with this name (whether or not it is a collection item).
   pugi::xml_node FindFirst(pugi::xml_node parent, std::string_view name);
+  // The "class" and "value" attributes of a leaf item, when its table knows them.
+  struct LeafAttributes
+  {
+    pugi::xml_attribute type;
+    pugi::xml_attribute value;
+  };
   // The first child element with this name whose "index" is the decimal text of index.
-  pugi::xml_node FindItem(pugi::xml_node parent, std::string_view name, unsigned long long index);
+  // leaf, if given, receives the item's first "class" and "value" attributes when the
+  // table has them at hand (items read from text as index, class, value); it is left
+  // empty otherwise. Reading a large collection then needs no search per item.
+  pugi::xml_node FindItem(pugi::xml_node parent, std::string_view name, unsigned long long index,
+                          LeafAttributes* leaf = nullptr);
+  // The lowest index from index on that an item of collection name holds; the largest
+  // number when none does. Only for parents with a table.
+  unsigned long long FirstTakenIndex(pugi::xml_node parent, std::string_view name, unsigned long long index);
   // Number of child elements with this name.
   unsigned long long Count(pugi::xml_node parent, std::string_view name);
   // Where the next item of collection name goes: index is Count when item 0 exists, else
@@ -67,17 +80,24 @@ public:
 private:
   struct NameEntry
   {
+    struct Slot
+    {
+      pugi::xml_node element;
+      LeafAttributes leaf;
+    };
+
     pugi::xml_node first;
     unsigned long long count = 0;
     // dense[i] is the first item with index i; indexes beyond the dense range go to sparse.
-    std::vector<pugi::xml_node> dense;
+    // Attributes are never removed, so the handles stay valid as long as their element.
+    std::vector<Slot> dense;
     std::unordered_map<unsigned long long, pugi::xml_node> sparse;
 
     // element's own "index" is parsed.
     void Add(pugi::xml_node element);
     // itemIndex: the element's index, or null for a plain element.
-    void Add(pugi::xml_node element, const unsigned long long* itemIndex);
-    pugi::xml_node Item(unsigned long long index) const;
+    void Add(pugi::xml_node element, const unsigned long long* itemIndex, const LeafAttributes& leaf = {});
+    pugi::xml_node Item(unsigned long long index, LeafAttributes* leaf = nullptr) const;
   };
 
   struct NameHash

@@ -286,7 +286,7 @@ bool SettingsDocImpl::HoldItem(pugi::xml_node parent, std::string_view name, con
   {
     // An element may already hold the next index (an item with a higher index read from
     // a file): it is overwritten, as an element.
-    if (m_childIndex.FindItem(parent, name, m_pending.NextIndex()))
+    if (!m_pending.NextIsFree())
       return false;
   }
   else
@@ -300,7 +300,7 @@ bool SettingsDocImpl::HoldItem(pugi::xml_node parent, std::string_view name, con
     if (!isCollection || existing)
       return false; // item 0 and overwrites take the element way
 
-    m_pending.Begin(parent, name, index);
+    m_pending.Begin(parent, name, index, m_childIndex.FirstTakenIndex(parent, name, index));
   }
   m_pending.Add(className, valueText);
   return true;

@@ -185,6 +185,20 @@ std::shared_ptr<Settings> SettingsDomElem::FindChild(const QString& name, bool i
 const char* SettingsDomElem::FindValueText(const QString& name, bool isCollectionItem, unsigned long long index,
                                            const char* expectedClass) const
 {
+  if (isCollectionItem)
+  {
+    // Items of large collections come with their attributes at hand.
+    m_document->Settle();
+    SettingsChildIndex::LeafAttributes leaf;
+    const pugi::xml_node item = m_document->ChildIndex().FindItem(m_element, Utf8Buffer(name).view(), index, &leaf);
+    if (item && leaf.value)
+    {
+      if (!SameText(leaf.type.value(), expectedClass))
+        SettingsDomElem(item, m_document).CheckedValue(expectedClass); // reports the mismatch
+      return leaf.value.value();
+    }
+    return item ? SettingsDomElem(item, m_document).CheckedValue(expectedClass) : nullptr;
+  }
   const pugi::xml_node child = Lookup(name, isCollectionItem, index);
   return child ? SettingsDomElem(child, m_document).CheckedValue(expectedClass) : nullptr;
 }

@@ -43,7 +43,8 @@ bool SettingsPendingItems::IsPlainText(std::string_view text)
                       });
 }
 
-void SettingsPendingItems::Begin(pugi::xml_node parent, std::string_view name, unsigned long long index)
+void SettingsPendingItems::Begin(pugi::xml_node parent, std::string_view name, unsigned long long index,
+                                 unsigned long long takenIndex)
 {
   // The marker's name is random, so no content of the document can be mistaken for it.
   QRandomGenerator* random = QRandomGenerator::global();
@@ -55,12 +56,15 @@ void SettingsPendingItems::Begin(pugi::xml_node parent, std::string_view name, u
   unsigned depth = 0;
   for (pugi::xml_node node = parent; node && node.type() == pugi::node_element; node = node.parent())
     ++depth;
-  m_indent.assign(1, '\n').append(depth, '\t');
+  m_prefix.assign(1, '\n').append(depth, '\t');
+  m_firstOffset = m_prefix.size();
+  m_prefix.append(1, '<').append(name).append(" index=\"");
   m_parent = parent;
   m_name.assign(name);
   m_blocks.clear();
   m_firstIndex = index;
   m_nextIndex = index;
+  m_takenIndex = takenIndex;
 }
 
 char* SettingsPendingItems::Reserve(std::size_t size)
@@ -83,20 +87,18 @@ void SettingsPendingItems::Add(std::string_view className, std::string_view valu
 {
   // <name index="i" class="c" value="v" />, after a line break and indent but the first.
   const fmt::format_int index(m_nextIndex);
-  const std::string_view indent = m_nextIndex == m_firstIndex ? std::string_view() : std::string_view(m_indent);
-  constexpr std::string_view kIndex = " index=\"", kClass = "\" class=\"", kValue = "\" value=\"", kEnd = "\" />";
-  const std::size_t size = indent.size() + 1 + m_name.size() + kIndex.size() + index.size() + kClass.size() +
-                           className.size() + kValue.size() + valueText.size() + kEnd.size();
+  const std::string_view prefix =
+      std::string_view(m_prefix).substr(m_nextIndex == m_firstIndex ? m_firstOffset : 0);
+  constexpr std::string_view kClass = "\" class=\"", kValue = "\" value=\"", kEnd = "\" />";
+  const std::size_t size =
+      prefix.size() + index.size() + kClass.size() + className.size() + kValue.size() + valueText.size() + kEnd.size();
   char* out = Reserve(size);
   const auto put = [&out](std::string_view text)
   {
     std::memcpy(out, text.data(), text.size());
     out += text.size();
   };
-  put(indent);
-  *out++ = '<';
-  put(m_name);
-  put(kIndex);
+  put(prefix);
   put(std::string_view(index.data(), index.size()));
   put(kClass);
   put(className);
@@ -135,7 +137,7 @@ void SettingsPendingItems::Discard()
   m_marker = pugi::xml_node();
   m_name.clear();
   m_blocks.clear();
-  m_firstIndex = m_nextIndex = 0;
+  m_firstIndex = m_nextIndex = m_takenIndex = 0;
 }
 
 void SettingsPendingItems::Splice(QByteArray& text) const

@@ -11,6 +11,8 @@
 // for the elements, so the two ways give the same file.
 #pragma once
 
+#include "SettingsText_p.h"
+
 #include <QByteArray>
 
 #include <pugixml.hpp>
@@ -30,7 +32,12 @@ class SettingsPendingItems
 public:
   bool Empty() const { return !m_parent; }
   // Whether the pending items are name children of parent.
-  bool IsFor(pugi::xml_node parent, std::string_view name) const { return m_parent == parent && name == m_name; }
+  bool IsFor(pugi::xml_node parent, std::string_view name) const
+  {
+    return m_parent == parent && SameText(name, m_name);
+  }
+  // Whether the next index is still free: no element holds it.
+  bool NextIsFree() const { return m_nextIndex < m_takenIndex; }
   // The index the next pending item gets.
   unsigned long long NextIndex() const { return m_nextIndex; }
 
@@ -40,8 +47,9 @@ public:
   // Whether a class or value text is printed by the writer as it stands.
   static bool IsPlainText(std::string_view text);
 
-  // Starts pending items of collection name under parent, the first with index.
-  void Begin(pugi::xml_node parent, std::string_view name, unsigned long long index);
+  // Starts pending items of collection name under parent, the first with index;
+  // takenIndex is the lowest index from there on that an element already holds.
+  void Begin(pugi::xml_node parent, std::string_view name, unsigned long long index, unsigned long long takenIndex);
   // Adds the next item; CanHold must have accepted its texts.
   void Add(std::string_view className, std::string_view valueText);
   // Makes the items elements, entered in children's tables, and removes the marker.
@@ -67,10 +75,12 @@ private:
   pugi::xml_node m_marker;
   std::string m_name;
   std::string m_markerText; // "<?name?>" as the writer prints the marker
-  std::string m_indent;     // line break and tabs before every item but the first
+  std::string m_prefix;     // line break, tabs, "<name index=\"": the first item starts after the tabs
   std::vector<Block> m_blocks;
   unsigned long long m_firstIndex = 0;
   unsigned long long m_nextIndex = 0;
+  unsigned long long m_takenIndex = 0;
+  std::size_t m_firstOffset = 0; // where the first item's text starts in m_prefix
 };
 
 } // namespace Storage::Private

@@ -30,4 +30,17 @@ inline bool SameText(const char* a, const char* b)
   return false;
 }
 
+// Equality of short texts without a call into the C library.
+inline bool SameText(std::string_view a, std::string_view b)
+{
+  if (a.size() != b.size())
+    return false;
+  for (std::size_t i = 0; i < a.size(); ++i)
+  {
+    if (a[i] != b[i])
+      return false;
+  }
+  return true;
+}
+
 } // namespace Storage::Private
