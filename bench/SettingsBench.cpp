@@ -216,4 +216,4 @@ void BM_SettingsReadParsed(benchmark::State& state)
 
 } // namespace
 
-BENCHMARK(BM_SettingsReadParsed)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_SettingsReadParsed)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);

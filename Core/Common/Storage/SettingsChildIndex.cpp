@@ -56,7 +56,7 @@ void SettingsChildIndex::NameEntry::Add(pugi::xml_node element)
     const pugi::xml_attribute type = attribute.next_attribute();
     const pugi::xml_attribute value = type.next_attribute();
     if (IsText(type.name(), "class") && IsText(value.name(), "value"))
-      leaf = LeafAttributes{type, value};
+      leaf = LeafAttributes{type, value, true};
   }
   unsigned long long index = 0;
   Add(element, ParseIndex(attribute.value(), index) ? &index : nullptr, leaf);
@@ -114,7 +114,7 @@ SettingsChildIndex::Table* SettingsChildIndex::ExistingTable(pugi::xml_node pare
 
 SettingsChildIndex::NameEntry* SettingsChildIndex::EntryFor(Table& table, std::string_view name)
 {
-  if (&table == m_recentEntryTable && name == m_recentName)
+  if (&table == m_recentEntryTable && SameText(name, m_recentName))
     return m_recentEntry;
   const auto it = table.find(name);
   if (it == table.end())
@@ -138,21 +138,72 @@ SettingsChildIndex::Table* SettingsChildIndex::TableFor(pugi::xml_node parent)
   if (children <= kIndexThreshold)
     return nullptr;
   Table& table = m_tables[parent.internal_object()];
-  // Collections are runs of one name: look the name up only when it changes.
   NameEntry* entry = nullptr;
   const char* entryName = "";
   for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling())
-  {
-    if (!IsElement(child))
-      continue;
-    if (!entry || !SameText(entryName, child.name()))
-    {
-      entryName = child.name();
-      entry = &table[std::string(entryName)];
-    }
-    entry->Add(child);
-  }
+    Enter(table, child, entry, entryName);
   return &table;
+}
+
+void SettingsChildIndex::Enter(Table& table, pugi::xml_node child, NameEntry*& entry, const char*& entryName)
+{
+  if (!IsElement(child))
+    return;
+  // Collections are runs of one name: look the name up only when it changes.
+  if (!entry || !SameText(entryName, child.name()))
+  {
+    entryName = child.name();
+    entry = &table[std::string(entryName)];
+  }
+  entry->Add(child);
+}
+
+bool SettingsChildIndex::IndexTree(pugi::xml_node root, std::size_t maximumDepth)
+{
+  // Depth first without recursion, one level per element on the way down; the tables
+  // are filled on the way, so a large collection is walked once, not twice.
+  struct Level
+  {
+    pugi::xml_node parent;
+    std::size_t children = 0;
+    Table* table = nullptr;
+    NameEntry* entry = nullptr;
+    const char* entryName = "";
+  };
+  std::vector<Level> path{Level{root}};
+  pugi::xml_node node = root.first_child();
+  while (true)
+  {
+    if (!node)
+    {
+      const pugi::xml_node finished = path.back().parent;
+      path.pop_back();
+      if (path.empty())
+        return true;
+      node = finished.next_sibling();
+      continue;
+    }
+    if (path.size() > maximumDepth)
+      return false;
+    Level& level = path.back();
+    if (++level.children > kIndexThreshold)
+    {
+      if (!level.table)
+      {
+        level.table = &m_tables[level.parent.internal_object()];
+        for (pugi::xml_node earlier = level.parent.first_child(); earlier != node; earlier = earlier.next_sibling())
+          Enter(*level.table, earlier, level.entry, level.entryName);
+      }
+      Enter(*level.table, node, level.entry, level.entryName);
+    }
+    if (const pugi::xml_node child = node.first_child())
+    {
+      path.push_back(Level{node});
+      node = child;
+    }
+    else
+      node = node.next_sibling();
+  }
 }
 
 pugi::xml_node SettingsChildIndex::FindFirst(pugi::xml_node parent, std::string_view name)
@@ -267,7 +318,7 @@ void SettingsChildIndex::Register(pugi::xml_node parent, std::string_view name, 
     NameEntry* entry = EntryFor(*table, name);
     if (!entry)
       entry = &table->emplace(std::string(name), NameEntry()).first->second;
-    entry->Add(element, index);
+    entry->Add(element, index, LeafAttributes());
   }
 }
 

@@ -32,6 +32,7 @@ public:
   {
     pugi::xml_attribute type;
     pugi::xml_attribute value;
+    bool known = false; // both found; tested without a call into the XML library
   };
   // The first child element with this name whose "index" is the decimal text of index.
   // leaf, if given, receives the item's first "class" and "value" attributes when the
@@ -70,6 +71,10 @@ public:
   void Clear(pugi::xml_node parent);
   // Forgets every table (the document was replaced).
   void Reset();
+  // Walks a freshly read tree once: builds the tables of all elements with many
+  // children and checks the nesting. False when elements nest more than maximumDepth
+  // levels below root (the tables are then incomplete; reset them).
+  bool IndexTree(pugi::xml_node root, std::size_t maximumDepth);
 
   // Elements with more children than this get a table.
   static constexpr unsigned kIndexThreshold = 24;
@@ -96,7 +101,7 @@ private:
     // element's own "index" is parsed.
     void Add(pugi::xml_node element);
     // itemIndex: the element's index, or null for a plain element.
-    void Add(pugi::xml_node element, const unsigned long long* itemIndex, const LeafAttributes& leaf = {});
+    void Add(pugi::xml_node element, const unsigned long long* itemIndex, const LeafAttributes& leaf);
     pugi::xml_node Item(unsigned long long index, LeafAttributes* leaf = nullptr) const;
   };
 
@@ -108,6 +113,9 @@ private:
 
   using Table = std::unordered_map<std::string, NameEntry, NameHash, std::equal_to<>>;
 
+  // Enters child, the next child of a parent whose table is being built; entry and
+  // entryName remember the run of names the children came in.
+  static void Enter(Table& table, pugi::xml_node child, NameEntry*& entry, const char*& entryName);
   // The table of parent, built when parent has many children; null otherwise.
   Table* TableFor(pugi::xml_node parent);
   // The table of parent if it has one; never builds one.

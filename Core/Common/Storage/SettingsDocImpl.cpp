@@ -30,37 +30,6 @@ QString Quoted(const QString& content)
   return content.size() <= kMaximum ? content : content.left(kMaximum) + QStringLiteral("...");
 }
 
-// Written text is indented by depth, so its size grows with the square of the nesting:
-// a small file nested a hundred thousand levels deep would be written as gigabytes.
-// Settings trees nest a few dozen levels; deeper input is refused as bad content.
-bool NestsDeeperThan(pugi::xml_node root, int limit)
-{
-  int depth = 0;
-  pugi::xml_node node = root.first_child();
-  if (!node)
-    return false;
-  depth = 1;
-  while (node && node != root)
-  {
-    if (depth > limit)
-      return true;
-    if (pugi::xml_node child = node.first_child())
-    {
-      node = child;
-      ++depth;
-      continue;
-    }
-    while (node != root && !node.next_sibling())
-    {
-      node = node.parent();
-      --depth;
-    }
-    if (node != root)
-      node = node.next_sibling();
-  }
-  return false;
-}
-
 } // namespace
 
 SettingsDocImpl::SettingsDocImpl() : m_root(pugi::xml_node(), this)
@@ -125,7 +94,10 @@ SettingsDocImpl::ParseOutcome SettingsDocImpl::Parse(QByteArray buffer, pugi::xm
   const pugi::xml_node root = m_document.child("root");
   if (!root)
     return ParseOutcome::NoRoot;
-  if (NestsDeeperThan(root, kMaximumDepth))
+  // Written text is indented by depth, so its size grows with the square of the
+  // nesting: a small file nested a hundred thousand levels deep would be written as
+  // gigabytes. Settings trees nest a few dozen levels; deeper input is refused.
+  if (!m_childIndex.IndexTree(root, kMaximumDepth))
   {
     parserDescription = QStringLiteral("Elements nested deeper than %1 levels").arg(kMaximumDepth);
     return ParseOutcome::ParseError;

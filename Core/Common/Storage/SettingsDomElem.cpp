@@ -191,7 +191,7 @@ const char* SettingsDomElem::FindValueText(const QString& name, bool isCollectio
     m_document->Settle();
     SettingsChildIndex::LeafAttributes leaf;
     const pugi::xml_node item = m_document->ChildIndex().FindItem(m_element, Utf8Buffer(name).view(), index, &leaf);
-    if (item && leaf.value)
+    if (leaf.known)
     {
       if (!SameText(leaf.type.value(), expectedClass))
         SettingsDomElem(item, m_document).CheckedValue(expectedClass); // reports the mismatch

@@ -87,8 +87,7 @@ void SettingsPendingItems::Add(std::string_view className, std::string_view valu
 {
   // <name index="i" class="c" value="v" />, after a line break and indent but the first.
   const fmt::format_int index(m_nextIndex);
-  const std::string_view prefix =
-      std::string_view(m_prefix).substr(m_nextIndex == m_firstIndex ? m_firstOffset : 0);
+  const std::string_view prefix = std::string_view(m_prefix).substr(m_nextIndex == m_firstIndex ? m_firstOffset : 0);
   constexpr std::string_view kClass = "\" class=\"", kValue = "\" value=\"", kEnd = "\" />";
   const std::size_t size =
       prefix.size() + index.size() + kClass.size() + className.size() + kValue.size() + valueText.size() + kEnd.size();
