@@ -5,6 +5,7 @@
 
 #include <QFile>
 #include <QSaveFile>
+#include <QStringDecoder>
 
 #include <algorithm>
 #include <atomic>
@@ -194,8 +195,9 @@ bool SettingsDocImpl::WriteToFile(QSaveFile& file) const
     Write(writer);
   else
   {
-    const QByteArray text = Utf8Text();
-    writer.write(text.constData(), static_cast<size_t>(text.size()));
+    const QByteArray tree = TreeText();
+    for (const std::string_view piece : m_pending.Pieces(tree))
+      writer.write(piece.data(), piece.size());
   }
   if (writer.Failed())
   {
@@ -233,20 +235,30 @@ private:
 
 } // namespace
 
-QByteArray SettingsDocImpl::Utf8Text() const
+QByteArray SettingsDocImpl::TreeText() const
 {
   QByteArray text;
   WriterToByteArray writer(text);
   Write(writer);
-  if (!m_pending.Empty())
-    m_pending.Splice(text);
   return text;
 }
 
 QString SettingsDocImpl::ToString() const
 {
-  // Decoded in one piece: the text gets its exact size, and ASCII takes the fast path.
-  return QString::fromUtf8(Utf8Text());
+  // Decoded piece after piece into a text of the most characters the bytes can give,
+  // then cut to what they gave; ASCII takes the decoder's fast path.
+  const QByteArray tree = TreeText();
+  const std::vector<std::string_view> pieces = m_pending.Pieces(tree);
+  qsizetype bytes = 0;
+  for (const std::string_view piece : pieces)
+    bytes += static_cast<qsizetype>(piece.size());
+  QString text(bytes, Qt::Uninitialized);
+  QStringDecoder decoder(QStringDecoder::Utf8);
+  QChar* end = text.data();
+  for (const std::string_view piece : pieces)
+    end = decoder.appendToBuffer(end, QByteArrayView(piece.data(), static_cast<qsizetype>(piece.size())));
+  text.truncate(end - text.constData());
+  return text;
 }
 
 bool SettingsDocImpl::HoldItem(pugi::xml_node parent, std::string_view name, const char* className,

@@ -93,8 +93,8 @@ private:
   void Fail(const QString& diagnostic);
   // Writes the declaration and "root", not the prototypes.
   void Write(pugi::xml_writer& writer) const;
-  // The document text in UTF-8, with the items held as text in their place.
-  QByteArray Utf8Text() const;
+  // The document text in UTF-8 as the tree has it: the items held as text are marked.
+  QByteArray TreeText() const;
   void ForgetPrototypes();
 
   pugi::xml_document m_document;

@@ -139,22 +139,17 @@ void SettingsPendingItems::Discard()
   m_firstIndex = m_nextIndex = m_takenIndex = 0;
 }
 
-void SettingsPendingItems::Splice(QByteArray& text) const
+std::vector<std::string_view> SettingsPendingItems::Pieces(const QByteArray& text) const
 {
-  const qsizetype at = text.indexOf(QByteArrayView(m_markerText.data(), static_cast<qsizetype>(m_markerText.size())));
-  if (at < 0)
-    return;
-  const auto markerSize = static_cast<qsizetype>(m_markerText.size());
-  qsizetype size = text.size() - markerSize;
+  const std::string_view whole(text.constData(), static_cast<std::size_t>(text.size()));
+  const std::size_t at = Empty() ? std::string_view::npos : whole.find(m_markerText);
+  if (at == std::string_view::npos)
+    return {whole};
+  std::vector<std::string_view> pieces{whole.substr(0, at)};
   for (const Block& block : m_blocks)
-    size += static_cast<qsizetype>(block.size);
-  QByteArray spliced;
-  spliced.reserve(size);
-  spliced.append(text.constData(), at);
-  for (const Block& block : m_blocks)
-    spliced.append(block.data.get(), static_cast<qsizetype>(block.size));
-  spliced.append(text.constData() + at + markerSize, text.size() - at - markerSize);
-  text = std::move(spliced);
+    pieces.emplace_back(block.data.get(), block.size);
+  pieces.push_back(whole.substr(at + m_markerText.size()));
+  return pieces;
 }
 
 } // namespace Storage::Private

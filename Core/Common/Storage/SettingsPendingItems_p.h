@@ -57,8 +57,9 @@ public:
   // Forgets the items (their tree is gone or replaced).
   void Discard();
 
-  // Puts the items' text in place of the marker in a document text the writer produced.
-  void Splice(QByteArray& text) const;
+  // A document text the writer produced, in pieces: the items' text takes the place of
+  // the marker. The pieces refer to text and to this object.
+  std::vector<std::string_view> Pieces(const QByteArray& text) const;
 
 private:
   // The text grows in blocks, never moved: a growing string would copy it over and over.
