@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -368,26 +369,35 @@ TEST(SettingsDocument, AppendedItemsComeOutAlikeWhateverTheTreeSeesInBetween)
   // tree is looked at. A document that is looked at after every append holds nothing
   // back: both must write the same text and file, and whatever is done after the
   // appends must see every item where it belongs.
-  const QString texts[] = {
-      QStringLiteral("plain"),       QStringLiteral("a&b"),       QStringLiteral("x\"y'z"), QStringLiteral("<t>"),
-      QStringLiteral("line\nbreak"), QStringLiteral("tab\there"), QStringLiteral("\u00e9"), QString()};
+  // Every printable ASCII character, once with and once without those the writer escapes.
+  QString printable;
+  for (char16_t c = 0x20; c <= 0x7F; ++c)
+    printable += QChar(c);
+  const QString plain = QString(printable).remove(QRegularExpression(QStringLiteral("[&<>\"']")));
+  const QString texts[] = {QStringLiteral("plain"),
+                           QStringLiteral("a&b"),
+                           QStringLiteral("x\"y"),
+                           QStringLiteral("x'y"),
+                           QStringLiteral("a<b"),
+                           QStringLiteral("a>b"),
+                           QStringLiteral("line\nbreak"),
+                           QStringLiteral("t\tb"),
+                           QStringLiteral("\u00e9"),
+                           QString(),
+                           plain,
+                           printable};
   // The file's part: a high item index waiting in the collection, and a CDATA text that
   // looks like a processing instruction.
-  const QString start = QStringLiteral("<root><outer><inner><v index=\"70\" class=\"string\" value=\"old\"/>"
+  const QString start = QStringLiteral("<root><outer><inner><v index=\"75\" class=\"string\" value=\"old\"/>"
                                        "<c><![CDATA[<?pending-items-0?>]]></c></inner></outer></root>");
   const auto build = [&](SettingsDocument& document, bool look)
   {
     ASSERT_TRUE(document.SetContent(start));
     const std::shared_ptr<Storage::Settings> inner = document.GetNode("outer")->GetNode("inner");
     const auto seen = [&] { return look ? inner->Count(QStringLiteral("v")) : 0u; };
-    for (int i = 0; i < 60; ++i)
+    for (int i = 0; i < 60; ++i) // Count is the next index: item 0, then 2 to 60
     {
       inner->AppendCollectionItem("v", i);
-      seen();
-    }
-    for (const QString& text : texts)
-    {
-      inner->AppendCollectionItem("v", text);
       seen();
     }
     for (int i = 0; i < 30; ++i)
@@ -395,9 +405,9 @@ TEST(SettingsDocument, AppendedItemsComeOutAlikeWhateverTheTreeSeesInBetween)
       inner->AppendCollectionItem("u", 0.1 * i); // another collection of the same parent
       seen();
     }
-    // Back to the first: Count is the next index, so item 69 is new and item 70, which
-    // the file had, is overwritten again and again.
-    for (int i = 0; i < 5; ++i)
+    // Back to the first: items 61 to 74 are new, then item 75, which the file had, is
+    // overwritten again and again.
+    for (int i = 0; i < 20; ++i)
     {
       if (i == 0)
         inner->AppendCollectionItem("v", 1e20);
@@ -407,6 +417,11 @@ TEST(SettingsDocument, AppendedItemsComeOutAlikeWhateverTheTreeSeesInBetween)
     }
     document.AppendCollectionItem("w", true); // a small collection of root
     inner->Set("after", 1);
+    for (const QString& text : texts) // items 30 and on, last: whatever follows sees them
+    {
+      inner->AppendCollectionItem("u", text);
+      seen();
+    }
   };
   QTemporaryDir folder;
   ASSERT_TRUE(folder.isValid());
@@ -414,8 +429,8 @@ TEST(SettingsDocument, AppendedItemsComeOutAlikeWhateverTheTreeSeesInBetween)
   build(looked, true);
   const QString expected = looked.GetContent();
   ASSERT_TRUE(looked.SaveAs(folder.filePath("looked.xml")));
-  EXPECT_EQ(looked.GetNode("outer")->GetNode("inner")->Count("v"), 70u);
-  EXPECT_TRUE(expected.contains(QStringLiteral("\n\t\t\t<v index=\"70\" class=\"float\" value=\"0.5\" />\n")));
+  EXPECT_EQ(looked.GetNode("outer")->GetNode("inner")->Count("v"), 75u);
+  EXPECT_TRUE(expected.contains(QStringLiteral("\n\t\t\t<v index=\"75\" class=\"float\" value=\"0.5\" />\n")));
   EXPECT_TRUE(expected.contains(QStringLiteral("<![CDATA[<?pending-items-0?>]]>")));
 
   // Each way of looking at the tree after appends that were held back.
@@ -427,12 +442,15 @@ TEST(SettingsDocument, AppendedItemsComeOutAlikeWhateverTheTreeSeesInBetween)
         EXPECT_EQ(readFile(folder.filePath("held.xml")), readFile(folder.filePath("looked.xml")));
         return d.GetContent();
       },
-      [](SettingsDocument& d)
+      [&](SettingsDocument& d)
       {
         const std::shared_ptr<Storage::Settings> inner = d.GetNode("outer")->GetNode("inner");
-        EXPECT_EQ(inner->Count("v"), 70u);
-        EXPECT_EQ(inner->GetCollectionItem<QString>("v", 65, QString()), QStringLiteral("line\nbreak"));
-        EXPECT_EQ(inner->GetCollectionItem<double>("v", 69, 0), 1e20);
+        EXPECT_EQ(inner->Count("v"), 75u);
+        EXPECT_EQ(inner->Count("u"), 42u);
+        EXPECT_EQ(inner->GetCollectionItem<double>("v", 61, 0), 1e20);
+        EXPECT_EQ(inner->GetCollectionItem<QString>("u", 36, QString()), QStringLiteral("line\nbreak"));
+        EXPECT_EQ(inner->GetCollectionItem<QString>("u", 40, QString()), plain);
+        EXPECT_EQ(inner->GetCollectionItem<QString>("u", 41, QString()), printable);
         EXPECT_EQ(inner->GetChildrenNames(), (QList<QString>{"v", "c", "u", "after"}));
         return d.GetContent();
       },
@@ -459,6 +477,21 @@ TEST(SettingsDocument, AppendedItemsComeOutAlikeWhateverTheTreeSeesInBetween)
     build(reference, true);
     EXPECT_EQ(looks[i](held), looks[i](reference));
     EXPECT_EQ(Storage::SettingsStringBasedDocument(held.GetContent()).GetContent(), held.GetContent());
+  }
+
+  // Whatever the last item's text holds, it is written as its element would be.
+  for (const QString& text : texts)
+  {
+    SCOPED_TRACE(text.toStdString());
+    SettingsDocument held, flushed;
+    for (SettingsDocument* document : {&held, &flushed})
+    {
+      for (int i = 0; i < 30; ++i)
+        document->AppendCollectionItem("n", i);
+      document->AppendCollectionItem("n", text);
+    }
+    EXPECT_EQ(flushed.Count("n"), 31u);
+    EXPECT_EQ(held.GetContent(), flushed.GetContent());
   }
 
   // Replacing the tree drops what was held back; appending starts afresh.

@@ -156,11 +156,16 @@ bool IsAsciiSpace(char c)
 // A number text without surrounding white space and without a leading '+'.
 std::string_view NumberText(const char* text)
 {
-  std::string_view view(text);
-  while (!view.empty() && IsAsciiSpace(view.front()))
-    view.remove_prefix(1);
-  while (!view.empty() && IsAsciiSpace(view.back()))
-    view.remove_suffix(1);
+  // One pass finds both ends: this runs for every number read.
+  while (IsAsciiSpace(*text))
+    ++text;
+  const char* last = text;
+  for (const char* c = text; *c; ++c)
+  {
+    if (!IsAsciiSpace(*c))
+      last = c + 1;
+  }
+  std::string_view view(text, static_cast<std::size_t>(last - text));
   if (view.size() > 1 && view.front() == '+' && view[1] != '-')
     view.remove_prefix(1);
   return view;

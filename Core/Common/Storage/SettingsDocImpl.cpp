@@ -264,7 +264,8 @@ QString SettingsDocImpl::ToString() const
 bool SettingsDocImpl::HoldItem(pugi::xml_node parent, std::string_view name, const char* className,
                                std::string_view valueText)
 {
-  if (!SettingsPendingItems::IsPlainText(className) || !SettingsPendingItems::IsPlainText(valueText))
+  const std::string_view type(className);
+  if (!SettingsPendingItems::IsPlainText(type) || !SettingsPendingItems::IsPlainText(valueText))
     return false;
   if (m_pending.IsFor(parent, name))
   {
@@ -286,7 +287,7 @@ bool SettingsDocImpl::HoldItem(pugi::xml_node parent, std::string_view name, con
 
     m_pending.Begin(parent, name, index, m_childIndex.FirstTakenIndex(parent, name, index));
   }
-  m_pending.Add(className, valueText);
+  m_pending.Add(type, valueText);
   return true;
 }
 
