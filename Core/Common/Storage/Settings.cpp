@@ -122,13 +122,12 @@ public:
   std::string_view view() const { return std::string_view(m_text, m_size); }
 
 private:
-  // format_int has no format string to interpret; small types widen to int.
+  // Digits written in place (a copy of freshly formatted digits stalls on the stores);
+  // small types widen to int.
   template <typename T>
   void SetInteger(T value)
   {
-    const fmt::format_int text(+value);
-    m_size = std::min(text.size(), sizeof m_text);
-    std::memcpy(m_text, text.data(), m_size);
+    m_size = static_cast<size_t>(std::to_chars(m_text, m_text + sizeof m_text, +value).ptr - m_text);
   }
 
   // The longest text is a double such as -2.22507385850720e-308.

@@ -10,7 +10,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstring>
+#include <limits>
 
 namespace Storage::Private
 {
@@ -67,7 +69,7 @@ void SettingsPendingItems::Begin(pugi::xml_node parent, std::string_view name, u
   m_takenIndex = takenIndex;
 }
 
-char* SettingsPendingItems::Reserve(std::size_t size)
+char* SettingsPendingItems::Room(std::size_t size)
 {
   if (m_blocks.empty() || m_blocks.back().capacity - m_blocks.back().size < size)
   {
@@ -78,32 +80,33 @@ char* SettingsPendingItems::Reserve(std::size_t size)
     m_blocks.push_back(Block{std::make_unique_for_overwrite<char[]>(capacity), 0, capacity});
   }
   Block& block = m_blocks.back();
-  char* room = block.data.get() + block.size;
-  block.size += size;
-  return room;
+  return block.data.get() + block.size;
 }
 
 void SettingsPendingItems::Add(std::string_view className, std::string_view valueText)
 {
   // <name index="i" class="c" value="v" />, after a line break and indent but the first.
-  const fmt::format_int index(m_nextIndex);
   const std::string_view prefix = std::string_view(m_prefix).substr(m_nextIndex == m_firstIndex ? m_firstOffset : 0);
   constexpr std::string_view kClass = "\" class=\"", kValue = "\" value=\"", kEnd = "\" />";
-  const std::size_t size =
-      prefix.size() + index.size() + kClass.size() + className.size() + kValue.size() + valueText.size() + kEnd.size();
-  char* out = Reserve(size);
+  constexpr std::size_t kLongestIndex = std::numeric_limits<unsigned long long>::digits10 + 1;
+  const std::size_t most =
+      prefix.size() + kLongestIndex + kClass.size() + className.size() + kValue.size() + valueText.size() + kEnd.size();
+  char* const start = Room(most);
+  char* out = start;
   const auto put = [&out](std::string_view text)
   {
     std::memcpy(out, text.data(), text.size());
     out += text.size();
   };
   put(prefix);
-  put(std::string_view(index.data(), index.size()));
+  // Written in place: a copy of freshly formatted digits would stall on the stores.
+  out = std::to_chars(out, out + kLongestIndex, m_nextIndex).ptr;
   put(kClass);
   put(className);
   put(kValue);
   put(valueText);
   put(kEnd);
+  m_blocks.back().size += static_cast<std::size_t>(out - start);
   ++m_nextIndex;
 }
 

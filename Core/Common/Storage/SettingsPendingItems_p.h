@@ -69,8 +69,9 @@ private:
     std::size_t size = 0;
     std::size_t capacity = 0;
   };
-  // Room for size more bytes at the end of the text.
-  char* Reserve(std::size_t size);
+  // Room for up to size more bytes at the end of the text; the caller adds what it
+  // used to the last block's size.
+  char* Room(std::size_t size);
 
   pugi::xml_node m_parent;
   pugi::xml_node m_marker;
