@@ -1,5 +1,6 @@
 #include "SettingsChildIndex_p.h"
 
+#include "PugiHandles_p.h"
 #include "SettingsText_p.h"
 
 #include <fmt/format.h>
@@ -48,9 +49,9 @@ void SettingsChildIndex::NameEntry::Add(pugi::xml_node element)
   // Written items carry "index" first; any other order is searched for.
   pugi::xml_attribute attribute = element.first_attribute();
   LeafAttributes leaf;
-  if (attribute && !IsText(attribute.name(), "index"))
+  if (!IsNull(attribute) && !IsText(attribute.name(), "index"))
     attribute = element.attribute("index");
-  else if (attribute)
+  else if (!IsNull(attribute))
   {
     // Index, class, value: the leaf's attributes are known from this one walk.
     const pugi::xml_attribute type = attribute.next_attribute();
@@ -80,7 +81,7 @@ void SettingsChildIndex::NameEntry::Add(pugi::xml_node element, const unsigned l
 
 pugi::xml_node SettingsChildIndex::NameEntry::Item(unsigned long long index, LeafAttributes* leaf) const
 {
-  if (index < dense.size() && dense[index].element)
+  if (index < dense.size() && !IsNull(dense[index].element))
   {
     if (leaf)
       *leaf = dense[index].leaf;
@@ -102,7 +103,7 @@ void SettingsChildIndex::ForgetRecent()
 
 SettingsChildIndex::Table* SettingsChildIndex::ExistingTable(pugi::xml_node parent)
 {
-  if (parent.internal_object() == m_recentParent)
+  if (Object(parent) == m_recentParent)
     return m_recentTable;
   const auto it = m_tables.find(parent.internal_object());
   if (it == m_tables.end())
@@ -174,7 +175,7 @@ bool SettingsChildIndex::IndexTree(pugi::xml_node root, std::size_t maximumDepth
   pugi::xml_node node = root.first_child();
   while (true)
   {
-    if (!node)
+    if (IsNull(node))
     {
       const pugi::xml_node finished = path.back().parent;
       path.pop_back();
@@ -196,7 +197,7 @@ bool SettingsChildIndex::IndexTree(pugi::xml_node root, std::size_t maximumDepth
       }
       Enter(*level.table, node, level.entry, level.entryName);
     }
-    if (const pugi::xml_node child = node.first_child())
+    if (const pugi::xml_node child = node.first_child(); !IsNull(child))
     {
       path.push_back(Level{node});
       node = child;
@@ -263,7 +264,7 @@ unsigned long long SettingsChildIndex::FirstTakenIndex(pugi::xml_node parent, st
     return taken;
   for (unsigned long long i = index; i < entry->dense.size() && taken == kNone; ++i)
   {
-    if (entry->dense[i].element)
+    if (!IsNull(entry->dense[i].element))
       taken = i;
   }
   for (const auto& [sparseIndex, element] : entry->sparse)

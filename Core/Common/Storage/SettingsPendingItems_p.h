@@ -11,6 +11,7 @@
 // for the elements, so the two ways give the same file.
 #pragma once
 
+#include "PugiHandles_p.h"
 #include "SettingsText_p.h"
 
 #include <QByteArray>
@@ -30,11 +31,11 @@ class SettingsChildIndex;
 class SettingsPendingItems
 {
 public:
-  bool Empty() const { return !m_parent; }
+  bool Empty() const { return IsNull(m_parent); }
   // Whether the pending items are name children of parent.
   bool IsFor(pugi::xml_node parent, std::string_view name) const
   {
-    return m_parent == parent && SameText(name, m_name);
+    return Object(m_parent) == Object(parent) && SameText(name, m_name);
   }
   // Whether the next index is still free: no element holds it.
   bool NextIsFree() const { return m_nextIndex < m_takenIndex; }
