@@ -48,19 +48,28 @@ void SettingsChildIndex::NameEntry::Add(pugi::xml_node element)
 {
   // Written items carry "index" first; any other order is searched for.
   pugi::xml_attribute attribute = element.first_attribute();
-  LeafAttributes leaf;
-  if (!IsNull(attribute) && !IsText(attribute.name(), "index"))
-    attribute = element.attribute("index");
-  else if (!IsNull(attribute))
+  if (IsNull(attribute))
+    return Add(element, nullptr, LeafAttributes());
+  if (!IsText(attribute.name(), "index"))
   {
-    // Index, class, value: the leaf's attributes are known from this one walk.
-    const pugi::xml_attribute type = attribute.next_attribute();
-    const pugi::xml_attribute value = type.next_attribute();
-    if (IsText(type.name(), "class") && IsText(value.name(), "value"))
-      leaf = LeafAttributes{type, value, true};
+    unsigned long long index = 0;
+    const bool isItem = ParseIndex(element.attribute("index").value(), index);
+    return Add(element, isItem ? &index : nullptr, LeafAttributes());
   }
+  // Index, class, value: the leaf's attributes are known from this one walk.
   unsigned long long index = 0;
-  Add(element, ParseIndex(attribute.value(), index) ? &index : nullptr, leaf);
+  const bool isItem = ParseIndex(attribute.value(), index);
+  const pugi::xml_attribute type = attribute.next_attribute();
+  const pugi::xml_attribute value = type.next_attribute();
+  const bool known = IsText(type.name(), "class") && IsText(value.name(), "value");
+  // The common case, the next item in order, is placed directly.
+  if (isItem && index == dense.size() && count != 0 && sparse.empty())
+  {
+    ++count;
+    dense.push_back(Slot{element, LeafAttributes{type, value, known}});
+    return;
+  }
+  Add(element, isItem ? &index : nullptr, known ? LeafAttributes{type, value, true} : LeafAttributes());
 }
 
 void SettingsChildIndex::NameEntry::Add(pugi::xml_node element, const unsigned long long* itemIndex,
@@ -130,18 +139,16 @@ SettingsChildIndex::Table* SettingsChildIndex::TableFor(pugi::xml_node parent)
 {
   if (Table* table = ExistingTable(parent))
     return table;
-  unsigned children = 0;
-  for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling())
-  {
-    if (++children > kIndexThreshold)
-      break;
-  }
+  std::size_t children = 0;
+  pugi::xml_node child = parent.first_child();
+  for (; !IsNull(child) && children <= kIndexThreshold; child = child.next_sibling())
+    ++children;
   if (children <= kIndexThreshold)
     return nullptr;
-  Table& table = m_tables[parent.internal_object()];
+  Table& table = m_tables[Object(parent)];
   NameEntry* entry = nullptr;
   const char* entryName = "";
-  for (pugi::xml_node child = parent.first_child(); child; child = child.next_sibling())
+  for (child = parent.first_child(); !IsNull(child); child = child.next_sibling())
     Enter(table, child, entry, entryName);
   return &table;
 }
@@ -191,8 +198,9 @@ bool SettingsChildIndex::IndexTree(pugi::xml_node root, std::size_t maximumDepth
     {
       if (!level.table)
       {
-        level.table = &m_tables[level.parent.internal_object()];
-        for (pugi::xml_node earlier = level.parent.first_child(); earlier != node; earlier = earlier.next_sibling())
+        level.table = &m_tables[Object(level.parent)];
+        for (pugi::xml_node earlier = level.parent.first_child(); Object(earlier) != Object(node);
+             earlier = earlier.next_sibling())
           Enter(*level.table, earlier, level.entry, level.entryName);
       }
       Enter(*level.table, node, level.entry, level.entryName);
