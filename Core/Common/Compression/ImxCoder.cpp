@@ -1,14 +1,18 @@
 #include <Core/Common/Compression/ImxCoder_p.h>
 
+#include <Core/Common/Compression/PackKernels_p.h>
+
 #include <algorithm>
 #include <atomic>
 #include <cstring>
 #include <memory>
+#include <mutex>
 #include <thread>
 #include <vector>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
+#if defined(__x86_64__) || defined(__i386__)
+#include <immintrin.h>
+#define RTE_IMX_X86 1
 #endif
 
 namespace RTE::ImxCoder
@@ -85,20 +89,24 @@ inline uint8_t* packNibbles(uint8_t* run, std::size_t length)
   return run + pairs + 2;
 }
 
-// The serial encoder from a given state: previous is the running value, pending the
-// number of literal tokens already written just before out that may still fold.
+// The serial encoder's state between calls: previous is the running value, pending the
+// number of literal tokens already written just before the output that may still fold.
 struct EncoderState
 {
   unsigned previous = 0;
   unsigned pending = 0;
 };
 
-uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns, EncoderState& state, uint8_t* out)
+// The word-by-word encoder; the vector loops use it for the words they do not take.
+struct Encoder
 {
-  unsigned previous = state.previous;
-  unsigned pending = state.pending;
+  uint8_t* out;
+  unsigned previous;
+  unsigned pending;
+  uint8_t* run = nullptr; // the one-byte small deltas of the open run
+  std::size_t runLength = 0;
 
-  const auto writeLiteral = [&](unsigned word)
+  void writeLiteral(unsigned word)
   {
     out[0] = literalToken;
     out[1] = static_cast<uint8_t>(word);
@@ -109,57 +117,125 @@ uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns
       out = foldLiterals(out, pending);
       pending = 0;
     }
-  };
-  const auto flushLiterals = [&]
+  }
+
+  void flushLiterals()
   {
     if (pending >= 3)
       out = foldLiterals(out, pending);
     pending = 0;
-  };
+  }
 
+  // last: the row's last word, which closes any run.
+  void step(unsigned word, bool last)
+  {
+    const int delta = static_cast<int>(word) - static_cast<int>(previous);
+    previous = word;
+    if (isSmall(delta) && !last)
+    {
+      if (pending != 0)
+        flushLiterals();
+      if (runLength++ == 0)
+        run = out;
+      *out++ = static_cast<uint8_t>(delta);
+      return;
+    }
+    if (runLength >= shortestNibbleRun)
+      out = packNibbles(run, runLength);
+    runLength = 0;
+    if (fitsByte(delta))
+    {
+      if (pending != 0)
+        flushLiterals();
+      *out++ = static_cast<uint8_t>(delta);
+    }
+    else
+    {
+      writeLiteral(word);
+    }
+  }
+
+  // The delta bytes of count words are stored at out (flushed literals before them);
+  // small is the bit mask of their small deltas, closes (bit 32 + i for word i) the words
+  // at which a run of at least 7 ends. Packs those runs in place and moves the bytes
+  // after each one up.
+  void takeDeltaBytes(unsigned count, uint32_t small, uint64_t closes)
+  {
+    uint8_t* const base = out;
+    std::size_t moved = 0; // bytes the block has moved up by packing
+    while (closes != 0)
+    {
+      const unsigned i = static_cast<unsigned>(__builtin_ctzll(closes)) - 32;
+      closes &= closes - 1;
+      const uint32_t othersBefore = ~small & ((1u << i) - 1);
+      // The run began before the block (it is the open run) or at the block's start.
+      uint8_t* start = runLength > 0 ? run : base;
+      std::size_t length = runLength + i;
+      if (othersBefore != 0)
+      {
+        const unsigned first = 32 - static_cast<unsigned>(__builtin_clz(othersBefore));
+        start = base + first - moved;
+        length = i - first;
+      }
+      uint8_t* const packedEnd = packNibbles(start, length);
+      uint8_t* const rest = base + i - moved;
+      std::memmove(packedEnd, rest, count - i);
+      moved += static_cast<std::size_t>(rest - packedEnd);
+    }
+    out = base + count - moved;
+    const uint32_t all = count == 32 ? 0xFFFFFFFFu : (1u << count) - 1;
+    if (small == all)
+    {
+      if (runLength == 0)
+        run = base;
+      runLength += count;
+    }
+    else
+    {
+      // The run still open is the small deltas at the end of the block.
+      runLength = static_cast<std::size_t>(__builtin_clz(~(small << (32 - count))));
+      run = out - runLength;
+    }
+  }
+
+  // Bits 32 + i of the result: word i of a block of 32 ends a run of 7 or more small
+  // deltas (the run open before the block counts).
+  uint64_t runCloses(uint32_t small) const
+  {
+    const uint64_t carried = runLength >= 32 ? 0xFFFFFFFFull : (0xFFFFFFFFull << (32 - runLength)) & 0xFFFFFFFFull;
+    const uint64_t runs = (static_cast<uint64_t>(small) << 32) | carried;
+    uint64_t seven = runs;
+    for (int shift = 1; shift < 7; ++shift)
+      seven &= runs << shift;
+    return (seven << 1) & ~runs;
+  }
+};
+
+// Where the vector loops of a row stop: before its last word, and early enough that
+// their wide stores (up to 43 words' worth of bytes beyond what they took) stay inside
+// the 3 bytes per word of the whole call. left is the words of the call from the row on.
+inline std::size_t vectorEnd(std::size_t columns, std::size_t left)
+{
+  constexpr std::size_t margin = 16;
+  return std::min(columns - 1, left > margin ? left - margin : 0);
+}
+
+uint8_t* encodeRowsPortable(const uint8_t* source, std::size_t rows, std::size_t columns, EncoderState& state,
+                            uint8_t* out)
+{
+  Encoder e{out, state.previous, state.pending};
   for (std::size_t row = 0; row < rows; ++row, source += 2 * columns)
   {
-    uint8_t* run = nullptr;
-    std::size_t runLength = 0;
-    const auto step = [&](std::size_t column)
-    {
-      const unsigned word = loadWord(source + 2 * column);
-      const int delta = static_cast<int>(word) - static_cast<int>(previous);
-      previous = word;
-      if (isSmall(delta) && column + 1 < columns)
-      {
-        if (pending != 0)
-          flushLiterals();
-        if (runLength++ == 0)
-          run = out;
-        *out++ = static_cast<uint8_t>(delta);
-        return;
-      }
-      if (runLength >= shortestNibbleRun)
-        out = packNibbles(run, runLength);
-      runLength = 0;
-      if (fitsByte(delta))
-      {
-        if (pending != 0)
-          flushLiterals();
-        *out++ = static_cast<uint8_t>(delta);
-      }
-      else
-      {
-        writeLiteral(word);
-      }
-    };
-
     std::size_t column = 0;
 #if defined(__SSE2__)
     // Sixteen words at a time: the longest prefix of one-byte deltas is written as its 16
-    // delta bytes at once; runs of 7 or more small deltas that close inside it are then
-    // packed in place and the bytes after them moved up. A word that needs a literal goes
-    // the plain way. Word 0 does too (its predecessor is not in this row), and the loop
-    // stops before the row's last word.
-    if (columns > 0)
-      step(column++);
-    while (column + 16 < columns)
+    // delta bytes at once, then the runs of 7 or more small deltas closing inside it are
+    // packed. A word that needs a literal goes the plain way. Word 0 does too (its
+    // predecessor is not in this row).
+    e.step(loadWord(source), columns == 1);
+    column = 1;
+    const std::size_t stop = vectorEnd(columns, (rows - row) * columns);
+    while (column + 16 <= stop)
     {
       const uint8_t* at = source + 2 * column;
       const __m128i current0 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
@@ -179,89 +255,212 @@ uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns
         // Literals: take all those at the block's start the plain way.
         const unsigned literals = fitMask == 0 ? 16 : static_cast<unsigned>(__builtin_ctz(fitMask));
         for (const std::size_t end = column + literals; column < end; ++column)
-          step(column);
+          e.step(loadWord(source + 2 * column), false);
         continue;
       }
-      if (pending != 0)
-        flushLiterals();
+      if (e.pending != 0)
+        e.flushLiterals();
       const uint32_t prefix = count == 16 ? 0xFFFFu : (1u << count) - 1;
-      const uint32_t smallMask =
-          static_cast<uint32_t>(
-              _mm_movemask_epi8(_mm_packs_epi16(_mm_cmpeq_epi16(_mm_subs_epu16(size0, _mm_set1_epi16(7)), zero),
-                                                _mm_cmpeq_epi16(_mm_subs_epu16(size1, _mm_set1_epi16(7)), zero)))) &
-          prefix;
+      const uint32_t small = static_cast<uint32_t>(_mm_movemask_epi8(
+                                 _mm_packs_epi16(_mm_cmpeq_epi16(_mm_subs_epu16(size0, _mm_set1_epi16(7)), zero),
+                                                 _mm_cmpeq_epi16(_mm_subs_epu16(size1, _mm_set1_epi16(7)), zero)))) &
+                             prefix;
       const __m128i mask = _mm_set1_epi16(0xFF);
       const __m128i bytes = _mm_packus_epi16(_mm_and_si128(_mm_sub_epi16(current0, before0), mask),
                                              _mm_and_si128(_mm_sub_epi16(current1, before1), mask));
-      uint8_t* const base = out;
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(base), bytes);
-
-      // Bit 16 + i stands for word i; the low half holds the run open before the block.
-      const uint32_t carried = runLength >= 16 ? 0xFFFFu : (0xFFFFu << (16 - runLength)) & 0xFFFFu;
-      const uint32_t runs = (smallMask << 16) | carried;
-      uint32_t seven = runs;
-      for (int shift = 1; shift < 7; ++shift)
-        seven &= runs << shift;
-      uint32_t closes = (seven << 1) & ~runs & (prefix << 16);
-      std::size_t moved = 0; // bytes the block has moved up by packing
-      while (closes != 0)
-      {
-        const unsigned i = static_cast<unsigned>(__builtin_ctz(closes)) - 16;
-        closes &= closes - 1;
-        const uint32_t othersBefore = ~smallMask & ((1u << i) - 1);
-        // The run began before the block (it is the open run) or at the block's start.
-        uint8_t* start = runLength > 0 ? run : base;
-        std::size_t length = runLength + i;
-        if (othersBefore != 0)
-        {
-          const unsigned first = 32 - static_cast<unsigned>(__builtin_clz(othersBefore));
-          start = base + first - moved;
-          length = i - first;
-        }
-        uint8_t* const packedEnd = packNibbles(start, length);
-        uint8_t* const rest = base + i - moved;
-        std::memmove(packedEnd, rest, 16 - i);
-        moved += static_cast<std::size_t>(rest - packedEnd);
-      }
-      out = base + count - moved;
-      if (smallMask == prefix)
-      {
-        if (runLength == 0)
-          run = base;
-        runLength += count;
-      }
-      else
-      {
-        // The run still open is the small deltas at the end of the prefix.
-        runLength = static_cast<std::size_t>(__builtin_clz(~(smallMask << (32 - count))));
-        run = out - runLength;
-      }
-      previous = loadWord(at + 2 * (count - 1));
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(e.out), bytes);
+      e.takeDeltaBytes(count, small, e.runCloses(small) & (static_cast<uint64_t>(prefix) << 32));
+      e.previous = loadWord(at + 2 * (count - 1));
       column += count;
     }
 #endif
     for (; column < columns; ++column)
-      step(column);
+      e.step(loadWord(source + 2 * column), column + 1 == columns);
   }
-  state.previous = previous;
-  state.pending = pending;
-  return out;
+  state.previous = e.previous;
+  state.pending = e.pending;
+  return e.out;
+}
+
+#if defined(RTE_IMX_X86)
+
+// 32 words at a time. A block of one-byte deltas is stored as its 32 delta bytes, then
+// any run of 7 or more small deltas closing inside it is packed. A block with literals
+// but no such run is written segment by segment: the delta bytes between literals as
+// one wide store each, every literal streak as 0x80 tokens or, when it ends inside the
+// block and nothing is pending before it, directly as a 0x7F run. The rest (literals
+// and closing runs in one block, 255 pending literals) goes the plain way.
+__attribute__((target("avx2"))) uint8_t* encodeRowsAvx2(const uint8_t* source, std::size_t rows, std::size_t columns,
+                                                        EncoderState& state, uint8_t* out)
+{
+  Encoder e{out, state.previous, state.pending};
+  const __m256i fitLimit = _mm256_set1_epi16(126);
+  const __m256i smallLimit = _mm256_set1_epi16(7);
+  const __m256i lowBytes = _mm256_set1_epi16(0xFF);
+  const __m256i zero = _mm256_setzero_si256();
+  alignas(32) uint8_t window[64] = {};
+  for (std::size_t row = 0; row < rows; ++row, source += 2 * columns)
+  {
+    e.step(loadWord(source), columns == 1);
+    std::size_t column = 1;
+    const std::size_t stop = vectorEnd(columns, (rows - row) * columns);
+    while (column + 32 <= stop)
+    {
+      const uint8_t* at = source + 2 * column;
+      const __m256i current0 = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
+      const __m256i current1 = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at + 32));
+      const __m256i before0 = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at - 2));
+      const __m256i before1 = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at + 30));
+      const __m256i size0 = _mm256_or_si256(_mm256_subs_epu16(current0, before0), _mm256_subs_epu16(before0, current0));
+      const __m256i size1 = _mm256_or_si256(_mm256_subs_epu16(current1, before1), _mm256_subs_epu16(before1, current1));
+      // packs works per 128-bit lane; the permute puts the 32 results back in order.
+      const auto fit = static_cast<uint32_t>(_mm256_movemask_epi8(
+          _mm256_permute4x64_epi64(_mm256_packs_epi16(_mm256_cmpeq_epi16(_mm256_subs_epu16(size0, fitLimit), zero),
+                                                      _mm256_cmpeq_epi16(_mm256_subs_epu16(size1, fitLimit), zero)),
+                                   0xD8)));
+      const auto small = static_cast<uint32_t>(_mm256_movemask_epi8(
+          _mm256_permute4x64_epi64(_mm256_packs_epi16(_mm256_cmpeq_epi16(_mm256_subs_epu16(size0, smallLimit), zero),
+                                                      _mm256_cmpeq_epi16(_mm256_subs_epu16(size1, smallLimit), zero)),
+                                   0xD8)));
+      // One-byte deltas are the low bytes of the wrapped differences.
+      const __m256i bytes =
+          _mm256_permute4x64_epi64(_mm256_packus_epi16(_mm256_and_si256(_mm256_sub_epi16(current0, before0), lowBytes),
+                                                       _mm256_and_si256(_mm256_sub_epi16(current1, before1), lowBytes)),
+                                   0xD8);
+      const uint64_t closes = e.runCloses(small);
+      const uint32_t literals = ~fit;
+
+      if (literals == 0)
+      {
+        if (e.pending != 0)
+          e.flushLiterals();
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(e.out), bytes);
+        if (closes == 0 && small != 0xFFFFFFFFu)
+        {
+          e.runLength = static_cast<std::size_t>(__builtin_clz(~small));
+          e.out += 32;
+          e.run = e.out - e.runLength;
+        }
+        else
+        {
+          e.takeDeltaBytes(32, small, closes);
+        }
+      }
+      else if (closes == 0)
+      {
+        _mm256_store_si256(reinterpret_cast<__m256i*>(window), bytes);
+        uint8_t* o = e.out;
+        unsigned pending = e.pending;
+        unsigned i = 0; // the next word to write
+        for (;;)
+        {
+          const uint32_t ahead = i == 32 ? 0 : literals >> i << i;
+          const unsigned j = ahead == 0 ? 32 : static_cast<unsigned>(__builtin_ctz(ahead));
+          if (j > i)
+          {
+            // Delta bytes i .. j - 1 (all one-byte: no run closes in this block).
+            if (pending != 0)
+            {
+              if (pending >= 3)
+                o = foldLiterals(o, pending);
+              pending = 0;
+            }
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(o),
+                                _mm256_loadu_si256(reinterpret_cast<const __m256i*>(window + i)));
+            o += j - i;
+          }
+          if (j == 32)
+            break;
+          const uint32_t fitAhead = fit >> j;
+          const unsigned end = fitAhead == 0 ? 32 : j + static_cast<unsigned>(__builtin_ctz(fitAhead));
+          const unsigned streak = end - j;
+          if (pending + streak >= longestLiteralRun)
+          {
+            e.out = o;
+            e.pending = pending;
+            for (unsigned k = j; k < end; ++k)
+              e.writeLiteral(loadWord(at + 2 * k));
+            o = e.out;
+            pending = e.pending;
+          }
+          else if (end < 32 && pending == 0 && streak >= 3)
+          {
+            // A delta follows inside the block: the streak folds at once.
+            o[0] = literalRunToken;
+            o[1] = static_cast<uint8_t>(streak);
+            const uint8_t* words = at + 2 * j;
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 2),
+                                _mm256_loadu_si256(reinterpret_cast<const __m256i*>(words)));
+            if (streak > 16)
+              _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 34),
+                                  _mm256_loadu_si256(reinterpret_cast<const __m256i*>(words + 32)));
+            o += 2 + 2 * streak;
+          }
+          else
+          {
+            for (unsigned k = j; k < end; ++k, o += 3)
+            {
+              const uint32_t token = literalToken | (loadWord(at + 2 * k) << 8);
+              std::memcpy(o, &token, 4);
+            }
+            pending += streak;
+          }
+          i = end;
+        }
+        e.out = o;
+        e.pending = pending;
+        e.runLength = small >> 31 != 0 ? static_cast<std::size_t>(__builtin_clz(~small)) : 0;
+        e.run = o - e.runLength;
+      }
+      else
+      {
+        // Literals and a closing run: the delta prefix as above, then the literals word
+        // by word; the block restarts after them.
+        const unsigned count = static_cast<unsigned>(__builtin_ctz(literals));
+        if (count == 0)
+        {
+          const uint32_t fitAhead = fit;
+          const unsigned streak = fitAhead == 0 ? 32 : static_cast<unsigned>(__builtin_ctz(fitAhead));
+          for (unsigned k = 0; k < streak; ++k)
+            e.step(loadWord(at + 2 * k), false);
+          column += streak;
+          continue;
+        }
+        if (e.pending != 0)
+          e.flushLiterals();
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(e.out), bytes);
+        const uint32_t prefix = (1u << count) - 1;
+        e.takeDeltaBytes(count, small & prefix, closes & (static_cast<uint64_t>(prefix) << 32));
+        e.previous = loadWord(at + 2 * (count - 1));
+        column += count;
+        continue;
+      }
+      e.previous = loadWord(at + 62);
+      column += 32;
+    }
+    for (; column < columns; ++column)
+      e.step(loadWord(source + 2 * column), column + 1 == columns);
+  }
+  state.previous = e.previous;
+  state.pending = e.pending;
+  return e.out;
+}
+
+#endif
+
+uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns, EncoderState& state, uint8_t* out)
+{
+#if defined(RTE_IMX_X86)
+  if (PackKernels::usesAvx2())
+    return encodeRowsAvx2(source, rows, columns, state, out);
+#endif
+  return encodeRowsPortable(source, rows, columns, state, out);
 }
 
 bool isLiteral(const uint8_t* source, std::size_t index)
 {
   const unsigned before = index == 0 ? 0 : loadWord(source + 2 * (index - 1));
   return !fitsByte(static_cast<int>(loadWord(source + 2 * index)) - static_cast<int>(before));
-}
-
-// The literal tokens pending just before word index: the literal streak ending there,
-// less the full runs of 255 already folded.
-unsigned pendingLiteralsBefore(const uint8_t* source, std::size_t index)
-{
-  std::size_t streak = 0;
-  while (streak < index && isLiteral(source, index - 1 - streak))
-    ++streak;
-  return static_cast<unsigned>(streak % longestLiteralRun);
 }
 
 } // namespace
@@ -272,6 +471,60 @@ std::size_t encode(const uint8_t* source, std::size_t rows, std::size_t columns,
   return static_cast<std::size_t>(encodeRows(source, rows, columns, state, destination) - destination);
 }
 
+namespace
+{
+
+// Scratch buffers of the parallel encoder, kept between calls so that their pages are
+// already mapped (fresh ones cost a page fault per 4 KiB written).
+class ScratchPool
+{
+public:
+  static constexpr std::size_t largestKept = std::size_t{1} << 20;
+
+  std::unique_ptr<uint8_t[]> take(std::size_t size, std::size_t& capacity)
+  {
+    {
+      const std::lock_guard<std::mutex> lock(m_mutex);
+      for (auto it = m_free.begin(); it != m_free.end(); ++it)
+        if (it->second >= size)
+        {
+          capacity = it->second;
+          std::unique_ptr<uint8_t[]> buffer = std::move(it->first);
+          m_free.erase(it);
+          return buffer;
+        }
+    }
+    capacity = size;
+    return std::unique_ptr<uint8_t[]>(new uint8_t[size]);
+  }
+
+  void give(std::unique_ptr<uint8_t[]> buffer, std::size_t capacity)
+  {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_free.size() < 8 && capacity <= largestKept)
+      m_free.emplace_back(std::move(buffer), capacity);
+  }
+
+private:
+  std::mutex m_mutex;
+  std::vector<std::pair<std::unique_ptr<uint8_t[]>, std::size_t>> m_free;
+};
+
+ScratchPool& scratchPool()
+{
+  static ScratchPool pool;
+  return pool;
+}
+
+inline void pause()
+{
+#if defined(RTE_IMX_X86)
+  _mm_pause();
+#endif
+}
+
+} // namespace
+
 std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t columns, uint8_t* destination,
                            unsigned threads)
 {
@@ -279,81 +532,199 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
   if (threads <= 1)
     return encode(source, rows, columns, destination);
 
-  // Chunk c takes rows [first[c], first[c + 1]). Each chunk starts from the running value
-  // and the pending literals the serial encoder would have there and first writes those
-  // pending literal tokens itself; the chunk before leaves them out. So the chunks
-  // simply concatenate to the serial stream.
-  struct Chunk
+  // The rows are cut into pieces of about 64 Ki words (at least 8 per thread), taken by
+  // the threads in order. A piece is encoded into the thread's scratch buffer, then
+  // appended to the destination as soon as the piece before it is there; a piece whose
+  // predecessor is already there when it starts is encoded in place. Each piece starts
+  // from the running value and the pending literals the serial encoder would have there
+  // and first writes those pending literal tokens itself; the piece before leaves them
+  // out. So the pieces simply concatenate to the serial stream.
+  constexpr std::size_t pieceWords = std::size_t{1} << 16;
+  std::size_t rowsPerPiece = std::max<std::size_t>(1, pieceWords / columns);
+  rowsPerPiece = std::min(rowsPerPiece, std::max<std::size_t>(1, rows / (8 * std::size_t{threads})));
+  const std::size_t pieces = (rows + rowsPerPiece - 1) / rowsPerPiece;
+
+  // The literal streak before each piece, from the words before it; a streak reaching
+  // back over a whole piece adds that piece's streak, so no word is looked at twice.
+  std::vector<unsigned> leading(pieces + 1, 0);
   {
-    std::size_t firstRow = 0, rowCount = 0;
-    unsigned leading = 0;              // literal tokens taken over from the chunk before
-    std::unique_ptr<uint8_t[]> buffer; // all chunks but the first; left uninitialised
-    uint8_t* begin = nullptr;
-    std::size_t size = 0;
-    unsigned trailing = 0; // literal tokens left for the next chunk
-  };
-  std::vector<Chunk> chunks(threads);
-  for (unsigned c = 0; c < threads; ++c)
-  {
-    chunks[c].firstRow = rows * c / threads;
-    chunks[c].rowCount = rows * (c + 1) / threads - chunks[c].firstRow;
+    std::size_t streak = 0;
+    for (std::size_t p = 1; p < pieces; ++p)
+    {
+      const std::size_t boundary = p * rowsPerPiece * columns, previous = (p - 1) * rowsPerPiece * columns;
+      std::size_t length = 0;
+      while (boundary - length > previous && isLiteral(source, boundary - length - 1))
+        ++length;
+      streak = boundary - length == previous ? streak + length : length;
+      leading[p] = static_cast<unsigned>(streak % longestLiteralRun);
+    }
   }
 
-  const auto work = [&](unsigned c)
+  constexpr std::size_t unknown = ~std::size_t{0};
+  std::unique_ptr<std::atomic<std::size_t>[]> ends(new std::atomic<std::size_t>[pieces]);
+  for (std::size_t p = 0; p < pieces; ++p)
+    ends[p].store(unknown, std::memory_order_relaxed);
+  std::atomic<std::size_t> next{0};
+
+  const auto work = [&]
   {
-    Chunk& chunk = chunks[c];
-    const std::size_t firstWord = chunk.firstRow * columns;
-    EncoderState state;
-    if (firstWord > 0)
+    std::size_t capacity = 0;
+    std::unique_ptr<uint8_t[]> scratch;
+    for (std::size_t p; (p = next.fetch_add(1, std::memory_order_relaxed)) < pieces;)
     {
-      state.previous = loadWord(source + 2 * (firstWord - 1));
-      state.pending = pendingLiteralsBefore(source, firstWord);
+      const std::size_t firstRow = p * rowsPerPiece, rowCount = std::min(rowsPerPiece, rows - firstRow);
+      const std::size_t firstWord = firstRow * columns;
+      EncoderState state;
+      if (firstWord > 0)
+        state.previous = loadWord(source + 2 * (firstWord - 1));
+      state.pending = leading[p];
+      // The stream of earlier pieces is at most 3 bytes per word before this piece's
+      // pending literals, so a piece encoded in place stays inside the destination.
+      const std::size_t start = p == 0 ? 0 : ends[p - 1].load(std::memory_order_acquire);
+      uint8_t* begin = destination + start;
+      if (start == unknown)
+      {
+        const std::size_t size = maxEncodedSize(leading[p] + rowCount * columns);
+        if (capacity < size)
+        {
+          if (scratch)
+            scratchPool().give(std::move(scratch), capacity);
+          scratch = scratchPool().take(size, capacity);
+        }
+        begin = scratch.get();
+      }
+      uint8_t* out = begin;
+      for (std::size_t i = firstWord - leading[p]; i < firstWord; ++i, out += 3)
+      {
+        const unsigned word = loadWord(source + 2 * i);
+        out[0] = literalToken;
+        out[1] = static_cast<uint8_t>(word);
+        out[2] = static_cast<uint8_t>(word >> 8);
+      }
+      out = encodeRows(source + 2 * firstWord, rowCount, columns, state, out);
+      // The next piece writes the pending literals again.
+      const std::size_t size = static_cast<std::size_t>(out - begin) - 3 * std::size_t{leading[p + 1]};
+      std::size_t at = start;
+      if (start == unknown)
+      {
+        for (unsigned spins = 0; (at = ends[p - 1].load(std::memory_order_acquire)) == unknown; ++spins)
+        {
+          if (spins < 1000)
+            pause();
+          else
+            std::this_thread::yield();
+        }
+        std::memcpy(destination + at, begin, size);
+      }
+      ends[p].store(at + size, std::memory_order_release);
     }
-    chunk.leading = state.pending;
-    if (c == 0)
-    {
-      chunk.begin = destination;
-    }
-    else
-    {
-      chunk.buffer.reset(new uint8_t[maxEncodedSize(chunk.leading + chunk.rowCount * columns)]);
-      chunk.begin = chunk.buffer.get();
-    }
-    uint8_t* out = chunk.begin;
-    for (std::size_t i = firstWord - chunk.leading; i < firstWord; ++i)
-    {
-      const unsigned word = loadWord(source + 2 * i);
-      out[0] = literalToken;
-      out[1] = static_cast<uint8_t>(word);
-      out[2] = static_cast<uint8_t>(word >> 8);
-      out += 3;
-    }
-    out = encodeRows(source + 2 * firstWord, chunk.rowCount, columns, state, out);
-    chunk.size = static_cast<std::size_t>(out - chunk.begin);
-    chunk.trailing = state.pending;
+    if (scratch)
+      scratchPool().give(std::move(scratch), capacity);
   };
 
   std::vector<std::thread> workers;
   workers.reserve(threads - 1);
-  for (unsigned c = 1; c < threads; ++c)
-    workers.emplace_back(work, c);
-  work(0);
+  for (unsigned t = 1; t < threads; ++t)
+    workers.emplace_back(work);
+  work();
   for (std::thread& worker : workers)
     worker.join();
-
-  std::size_t size = chunks[0].size;
-  for (unsigned c = 1; c < threads; ++c)
-  {
-    // The next chunk writes the pending literals again; drop this chunk's copies.
-    size -= 3 * static_cast<std::size_t>(chunks[c].leading);
-    std::memcpy(destination + size, chunks[c].begin, chunks[c].size);
-    size += chunks[c].size;
-  }
-  return size;
+  return ends[pieces - 1].load(std::memory_order_relaxed);
 }
 
-DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* destination, std::size_t words,
-                    std::size_t& consumed)
+namespace
+{
+
+// Decodes one token (or one nibble block) at p; false with result set when the stream
+// is damaged. value is the running value.
+inline bool decodeToken(const uint8_t*& p, const uint8_t* end, uint8_t*& o, uint8_t* outEnd, unsigned& value,
+                        DecodeResult& result)
+{
+  const auto put = [&](unsigned word)
+  {
+    o[0] = static_cast<uint8_t>(word);
+    o[1] = static_cast<uint8_t>(word >> 8);
+    o += 2;
+  };
+  if (p == end)
+  {
+    result = DecodeResult::Truncated;
+    return false;
+  }
+  const uint8_t token = *p++;
+  if (token == literalToken)
+  {
+    if (end - p < 2)
+    {
+      result = DecodeResult::Truncated;
+      return false;
+    }
+    value = loadWord(p);
+    p += 2;
+    put(value);
+  }
+  else if (token == literalRunToken)
+  {
+    if (p == end)
+    {
+      result = DecodeResult::Truncated;
+      return false;
+    }
+    const std::size_t count = *p++;
+    if (count > static_cast<std::size_t>(outEnd - o) / 2)
+    {
+      result = DecodeResult::Corrupt;
+      return false;
+    }
+    if (static_cast<std::size_t>(end - p) < 2 * count)
+    {
+      result = DecodeResult::Truncated;
+      return false;
+    }
+    if (count > 0)
+    {
+      std::memcpy(o, p, 2 * count);
+      value = loadWord(p + 2 * (count - 1));
+      o += 2 * count;
+      p += 2 * count;
+    }
+  }
+  else if (token == nibbleToken)
+  {
+    for (;;)
+    {
+      if (p == end)
+      {
+        result = DecodeResult::Truncated;
+        return false;
+      }
+      const uint8_t pair = *p++;
+      const bool last = (pair & 0x0F) == nibbleEnd;
+      if (static_cast<std::size_t>(outEnd - o) < (last ? 2u : 4u))
+      {
+        result = DecodeResult::Corrupt;
+        return false;
+      }
+      // Sign-extend the high nibble, then the low one.
+      value += static_cast<unsigned>(static_cast<int8_t>(pair & 0xF0) >> 4);
+      put(value & 0xFFFF);
+      if (last)
+        break;
+      value += static_cast<unsigned>(static_cast<int8_t>(pair << 4) >> 4);
+      put(value & 0xFFFF);
+    }
+  }
+  else
+  {
+    value += static_cast<unsigned>(static_cast<int8_t>(token));
+    put(value & 0xFFFF);
+  }
+  value &= 0xFFFF;
+  return true;
+}
+
+DecodeResult decodePortable(const uint8_t* source, std::size_t sourceSize, uint8_t* destination, std::size_t words,
+                            std::size_t& consumed)
 {
   const uint8_t* p = source;
   const uint8_t* const end = source + sourceSize;
@@ -361,14 +732,6 @@ DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* dest
   uint8_t* const outEnd = destination + 2 * words;
   unsigned value = 0;
   DecodeResult result = DecodeResult::Ok;
-
-  const auto put = [&](unsigned word)
-  {
-    o[0] = static_cast<uint8_t>(word);
-    o[1] = static_cast<uint8_t>(word >> 8);
-    o += 2;
-  };
-
   while (o < outEnd)
   {
 #if defined(__SSE2__)
@@ -405,85 +768,107 @@ DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* dest
     if (o >= outEnd)
       break;
 #endif
-    if (p == end)
-    {
-      result = DecodeResult::Truncated;
+    if (!decodeToken(p, end, o, outEnd, value, result))
       break;
-    }
-    const uint8_t token = *p++;
-    if (token == literalToken)
-    {
-      if (end - p < 2)
-      {
-        result = DecodeResult::Truncated;
-        break;
-      }
-      value = loadWord(p);
-      p += 2;
-      put(value);
-    }
-    else if (token == literalRunToken)
-    {
-      if (p == end)
-      {
-        result = DecodeResult::Truncated;
-        break;
-      }
-      const std::size_t count = *p++;
-      if (count > static_cast<std::size_t>(outEnd - o) / 2)
-      {
-        result = DecodeResult::Corrupt;
-        break;
-      }
-      if (static_cast<std::size_t>(end - p) < 2 * count)
-      {
-        result = DecodeResult::Truncated;
-        break;
-      }
-      if (count > 0)
-      {
-        std::memcpy(o, p, 2 * count);
-        value = loadWord(p + 2 * (count - 1));
-        o += 2 * count;
-        p += 2 * count;
-      }
-    }
-    else if (token == nibbleToken)
-    {
-      for (;;)
-      {
-        if (p == end)
-        {
-          result = DecodeResult::Truncated;
-          break;
-        }
-        const uint8_t pair = *p++;
-        const bool last = (pair & 0x0F) == nibbleEnd;
-        if (static_cast<std::size_t>(outEnd - o) < (last ? 2u : 4u))
-        {
-          result = DecodeResult::Corrupt;
-          break;
-        }
-        // Sign-extend the high nibble, then the low one.
-        value += static_cast<unsigned>(static_cast<int8_t>(pair & 0xF0) >> 4);
-        put(value & 0xFFFF);
-        if (last)
-          break;
-        value += static_cast<unsigned>(static_cast<int8_t>(pair << 4) >> 4);
-        put(value & 0xFFFF);
-      }
-      if (result != DecodeResult::Ok)
-        break;
-    }
-    else
-    {
-      value += static_cast<unsigned>(static_cast<int8_t>(token));
-      put(value & 0xFFFF);
-    }
-    value &= 0xFFFF;
   }
   consumed = static_cast<std::size_t>(p - source);
   return result;
+}
+
+#if defined(RTE_IMX_X86)
+
+// Prefix sums of the 16 words of v.
+__attribute__((target("avx2"))) inline __m256i prefixSum(__m256i v)
+{
+  v = _mm256_add_epi16(v, _mm256_slli_si256(v, 2));
+  v = _mm256_add_epi16(v, _mm256_slli_si256(v, 4));
+  v = _mm256_add_epi16(v, _mm256_slli_si256(v, 8));
+  // The low lane's last sum, added to the whole high lane.
+  const __m256i last = _mm256_unpackhi_epi64(_mm256_shufflehi_epi16(v, 0xFF), _mm256_shufflehi_epi16(v, 0xFF));
+  return _mm256_add_epi16(v, _mm256_permute2x128_si256(last, last, 0x08));
+}
+
+// Word 15 of v in every word.
+__attribute__((target("avx2"))) inline __m256i broadcastLast(__m256i v)
+{
+  return _mm256_permute4x64_epi64(_mm256_shufflehi_epi16(v, 0xFF), 0xFF);
+}
+
+// 32 token bytes at a time: when none of them is 0x7F, 0x80 or 0x81 they are 32 deltas:
+// widened, prefix-summed and added to the running value, 64 bytes stored. Otherwise the
+// deltas before the first token byte count (all 64 bytes are stored all the same; the
+// destination has room), and a single literal after them is taken on the spot.
+__attribute__((target("avx2"))) DecodeResult decodeAvx2(const uint8_t* source, std::size_t sourceSize,
+                                                        uint8_t* destination, std::size_t words, std::size_t& consumed)
+{
+  const uint8_t* p = source;
+  const uint8_t* const end = source + sourceSize;
+  uint8_t* o = destination;
+  uint8_t* const outEnd = destination + 2 * words;
+  unsigned value = 0;
+  DecodeResult result = DecodeResult::Ok;
+  const __m256i one = _mm256_set1_epi8(1);
+  const __m256i tokenLimit = _mm256_set1_epi8(-125);
+  while (o < outEnd)
+  {
+    __m256i running = _mm256_set1_epi16(static_cast<short>(value));
+    while (end - p >= 32 && outEnd - o >= 64)
+    {
+      const __m256i bytes = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+      // 0x7F, 0x80 and 0x81 plus one are the three smallest signed bytes.
+      const auto tokens =
+          static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpgt_epi8(tokenLimit, _mm256_add_epi8(bytes, one))));
+      if ((tokens & 1) != 0)
+        break;
+      const __m256i low = prefixSum(_mm256_cvtepi8_epi16(_mm256_castsi256_si128(bytes)));
+      const __m256i high =
+          _mm256_add_epi16(prefixSum(_mm256_cvtepi8_epi16(_mm256_extracti128_si256(bytes, 1))), broadcastLast(low));
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), _mm256_add_epi16(low, running));
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 32), _mm256_add_epi16(high, running));
+      if (tokens == 0)
+      {
+        running = _mm256_add_epi16(running, broadcastLast(high));
+        p += 32;
+        o += 64;
+        continue;
+      }
+      const unsigned plain = static_cast<unsigned>(__builtin_ctz(tokens));
+      p += plain;
+      o += 2 * plain;
+      if (*p == literalToken && end - p >= 3)
+      {
+        // o is at most 62 bytes into the 64 checked above: the word fits.
+        std::memcpy(o, p + 1, 2);
+        running = _mm256_set1_epi16(static_cast<short>(loadWord(p + 1)));
+        p += 3;
+        o += 2;
+        continue;
+      }
+      break;
+    }
+    if (o > destination)
+      value = loadWord(o - 2);
+    if (o >= outEnd)
+      break;
+    if (!decodeToken(p, end, o, outEnd, value, result))
+      break;
+  }
+  consumed = static_cast<std::size_t>(p - source);
+  return result;
+}
+
+#endif
+
+} // namespace
+
+DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* destination, std::size_t words,
+                    std::size_t& consumed)
+{
+#if defined(RTE_IMX_X86)
+  if (PackKernels::usesAvx2())
+    return decodeAvx2(source, sourceSize, destination, words, consumed);
+#endif
+  return decodePortable(source, sourceSize, destination, words, consumed);
 }
 
 void setParallelThreads(unsigned threads)
