@@ -97,16 +97,29 @@ struct EncoderState
   unsigned pending = 0;
 };
 
+// Moves at most 32 bytes to a lower address.
+inline void moveDown(uint8_t* to, const uint8_t* from, std::size_t count)
+{
+#if defined(__SSE2__)
+  const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+  const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + 16));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), low);
+  if (count > 16)
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to + 16), high);
+#else
+  std::memmove(to, from, count);
+#endif
+}
+
 // The word-by-word encoder; the vector loops use it for the words they do not take.
 struct Encoder
 {
   uint8_t* out;
   unsigned previous;
   unsigned pending;
-  uint8_t* run = nullptr; // the one-byte small deltas of the open run
-  std::size_t runLength = 0;
+  std::size_t runLength = 0; // the open run: its one-byte small deltas end at out
 
-  void writeLiteral(unsigned word)
+  [[gnu::always_inline]] inline void writeLiteral(unsigned word)
   {
     out[0] = literalToken;
     out[1] = static_cast<uint8_t>(word);
@@ -119,7 +132,7 @@ struct Encoder
     }
   }
 
-  void flushLiterals()
+  [[gnu::always_inline]] inline void flushLiterals()
   {
     if (pending >= 3)
       out = foldLiterals(out, pending);
@@ -127,7 +140,7 @@ struct Encoder
   }
 
   // last: the row's last word, which closes any run.
-  void step(unsigned word, bool last)
+  [[gnu::always_inline]] inline void step(unsigned word, bool last)
   {
     const int delta = static_cast<int>(word) - static_cast<int>(previous);
     previous = word;
@@ -135,13 +148,12 @@ struct Encoder
     {
       if (pending != 0)
         flushLiterals();
-      if (runLength++ == 0)
-        run = out;
+      ++runLength;
       *out++ = static_cast<uint8_t>(delta);
       return;
     }
     if (runLength >= shortestNibbleRun)
-      out = packNibbles(run, runLength);
+      out = packNibbles(out - runLength, runLength);
     runLength = 0;
     if (fitsByte(delta))
     {
@@ -159,7 +171,7 @@ struct Encoder
   // small is the bit mask of their small deltas, closes (bit 32 + i for word i) the words
   // at which a run of at least 7 ends. Packs those runs in place and moves the bytes
   // after each one up.
-  void takeDeltaBytes(unsigned count, uint32_t small, uint64_t closes)
+  [[gnu::always_inline]] inline void takeDeltaBytes(unsigned count, uint32_t small, uint64_t closes)
   {
     uint8_t* const base = out;
     std::size_t moved = 0; // bytes the block has moved up by packing
@@ -169,7 +181,7 @@ struct Encoder
       closes &= closes - 1;
       const uint32_t othersBefore = ~small & ((1u << i) - 1);
       // The run began before the block (it is the open run) or at the block's start.
-      uint8_t* start = runLength > 0 ? run : base;
+      uint8_t* start = base - runLength;
       std::size_t length = runLength + i;
       if (othersBefore != 0)
       {
@@ -179,34 +191,25 @@ struct Encoder
       }
       uint8_t* const packedEnd = packNibbles(start, length);
       uint8_t* const rest = base + i - moved;
-      std::memmove(packedEnd, rest, count - i);
+      moveDown(packedEnd, rest, count - i);
       moved += static_cast<std::size_t>(rest - packedEnd);
     }
     out = base + count - moved;
     const uint32_t all = count == 32 ? 0xFFFFFFFFu : (1u << count) - 1;
+    // The run still open is the small deltas at the end of the block.
     if (small == all)
-    {
-      if (runLength == 0)
-        run = base;
       runLength += count;
-    }
     else
-    {
-      // The run still open is the small deltas at the end of the block.
       runLength = static_cast<std::size_t>(__builtin_clz(~(small << (32 - count))));
-      run = out - runLength;
-    }
   }
 
   // Bits 32 + i of the result: word i of a block of 32 ends a run of 7 or more small
   // deltas (the run open before the block counts).
-  uint64_t runCloses(uint32_t small) const
+  [[gnu::always_inline]] inline uint64_t runCloses(uint64_t small) const
   {
     const uint64_t carried = runLength >= 32 ? 0xFFFFFFFFull : (0xFFFFFFFFull << (32 - runLength)) & 0xFFFFFFFFull;
-    const uint64_t runs = (static_cast<uint64_t>(small) << 32) | carried;
-    uint64_t seven = runs;
-    for (int shift = 1; shift < 7; ++shift)
-      seven &= runs << shift;
+    const uint64_t runs = (small << 32) | carried;
+    const uint64_t two = runs & (runs << 1), four = two & (two << 2), seven = four & (four << 3);
     return (seven << 1) & ~runs;
   }
 };
@@ -284,159 +287,234 @@ uint8_t* encodeRowsPortable(const uint8_t* source, std::size_t rows, std::size_t
 
 #if defined(RTE_IMX_X86)
 
-// 32 words at a time. A block of one-byte deltas is stored as its 32 delta bytes, then
-// any run of 7 or more small deltas closing inside it is packed. A block with literals
-// but no such run is written segment by segment: the delta bytes between literals as
-// one wide store each, every literal streak as 0x80 tokens or, when it ends inside the
-// block and nothing is pending before it, directly as a 0x7F run. The rest (literals
-// and closing runs in one block, 255 pending literals) goes the plain way.
+__attribute__((target("avx2"))) inline __m256i load(const uint8_t* p)
+{
+  return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+}
+
+// The 32 words of a block: their one-byte deltas (the low bytes of the wrapped
+// differences) and bit masks of the words whose delta fits a byte and is small.
+struct Block
+{
+  __m256i bytes;
+  uint32_t fit, small;
+};
+
+__attribute__((target("avx2"))) inline Block classify(const uint8_t* at)
+{
+  // The plain difference of two words is the saturated signed difference of the words
+  // less 0x8000: exact where it matters (-126..126), far outside where it does not. Its
+  // low byte is a one-byte delta. packs works per 128-bit lane; the permute puts the 32
+  // results back in order.
+  const __m256i bias = _mm256_set1_epi16(static_cast<short>(0x8000));
+  const __m256i difference0 = _mm256_subs_epi16(_mm256_xor_si256(load(at), bias), _mm256_xor_si256(load(at - 2), bias));
+  const __m256i difference1 =
+      _mm256_subs_epi16(_mm256_xor_si256(load(at + 32), bias), _mm256_xor_si256(load(at + 30), bias));
+  const __m256i bytes = _mm256_permute4x64_epi64(_mm256_packs_epi16(difference0, difference1), 0xD8);
+  // |delta| as an unsigned byte: -128 (from -32768..-128) gives 128.
+  const __m256i sizes = _mm256_abs_epi8(bytes);
+  const __m256i fit = _mm256_cmpeq_epi8(_mm256_min_epu8(sizes, _mm256_set1_epi8(126)), sizes);
+  const __m256i small = _mm256_cmpeq_epi8(_mm256_min_epu8(sizes, _mm256_set1_epi8(7)), sizes);
+  return {bytes, static_cast<uint32_t>(_mm256_movemask_epi8(fit)), static_cast<uint32_t>(_mm256_movemask_epi8(small))};
+}
+
+// Pick-up patterns for bytesFrom: byte j of the first picks byte j of the low half
+// (j < 16), of the second byte j - 16 of the high half (16 <= j < 32); others give 0.
+struct alignas(64) ShiftTables
+{
+  uint8_t low[96], high[96];
+  constexpr ShiftTables() : low(), high()
+  {
+    for (int j = 0; j < 96; ++j)
+    {
+      low[j] = j < 16 ? static_cast<uint8_t>(j) : 0x80;
+      high[j] = j >= 16 && j < 32 ? static_cast<uint8_t>(j - 16) : 0x80;
+    }
+  }
+};
+constexpr ShiftTables shiftTables;
+
+// Bytes from, from + 1, ... of the 32 bytes whose halves are in both lanes of low and
+// high (0 past the end), without a round trip through memory; from <= 64.
+__attribute__((target("avx2"))) inline __m256i bytesFrom(__m256i low, __m256i high, unsigned from)
+{
+  return _mm256_or_si256(
+      _mm256_shuffle_epi8(low, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(shiftTables.low + from))),
+      _mm256_shuffle_epi8(high, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(shiftTables.high + from))));
+}
+
+// The quick way for the first count words of a block: at most two literals, no literal
+// streak of three (with those pending before) and no run of 7 small deltas closing. Then
+// nothing folds or packs, and pending literals before the block just end. The delta
+// bytes are stored, then for each literal its token and the delta bytes after it, 2
+// bytes further up; a missing literal counts as word 32 and writes only past the
+// block's bytes. Returns false, having written nothing, for any other block.
+__attribute__((target("avx2"), always_inline)) inline bool quickBlock(Encoder& e, const uint8_t* at, const Block& block,
+                                                                      unsigned count)
+{
+  const uint32_t valid = count == 32 ? 0xFFFFFFFFu : (1u << count) - 1;
+  const uint32_t literals = ~block.fit & valid;
+  const uint32_t later = literals & (literals - 1); // all literals but the first
+  const uint32_t small = block.small & valid;
+  if ((later & (later - 1)) != 0 || e.pending + static_cast<unsigned>(__builtin_ctz(~literals)) >= 3 ||
+      (e.runCloses(small) & (uint64_t{valid} << 32)) != 0)
+    return false;
+  uint8_t* const o = e.out;
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), block.bytes);
+  const __m256i low = _mm256_permute2x128_si256(block.bytes, block.bytes, 0x00);
+  const __m256i high = _mm256_permute2x128_si256(block.bytes, block.bytes, 0x11);
+  const auto first = static_cast<unsigned>(__builtin_ctzll(literals | (uint64_t{1} << 32)));
+  const auto second = static_cast<unsigned>(__builtin_ctzll(later | (uint64_t{1} << 32)));
+  const uint32_t token1 = literalToken | (loadWord(at + 2 * first) << 8);
+  std::memcpy(o + first, &token1, 4);
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + first + 3), bytesFrom(low, high, first + 1));
+  const uint32_t token2 = literalToken | (loadWord(at + 2 * second) << 8);
+  std::memcpy(o + second + 2, &token2, 4);
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + second + 5), bytesFrom(low, high, second + 1));
+  e.out = o + count + 2 * (static_cast<unsigned>(literals != 0) + static_cast<unsigned>(later != 0));
+  // The literals and the small deltas at the block's end stay pending and open.
+  e.pending = static_cast<unsigned>(__builtin_clz(~(literals << (32 - count))));
+  e.runLength =
+      small == valid ? e.runLength + count : static_cast<std::size_t>(__builtin_clz(~(small << (32 - count))));
+  return true;
+}
+
+// Any other block of 32 words; returns the words taken (at least one). A block of
+// one-byte deltas is stored as its 32 delta bytes, then the runs of 7 or more small
+// deltas closing inside it are packed. A block with literals but no such run is written
+// segment by segment: the delta bytes between literals as one wide store each, every
+// literal streak as 0x80 tokens or, when it ends inside the block and nothing is pending
+// before it, directly as a 0x7F run. The rest (literals and closing runs in one block,
+// 255 pending literals) goes the plain way.
+__attribute__((target("avx2"))) unsigned fullBlock(Encoder& e, const uint8_t* at, const Block& block)
+{
+  const uint32_t literals = ~block.fit;
+  const uint32_t small = block.small;
+  const uint64_t closes = e.runCloses(small);
+  if (literals == 0)
+  {
+    if (e.pending != 0)
+      e.flushLiterals();
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(e.out), block.bytes);
+    e.takeDeltaBytes(32, small, closes);
+    return 32;
+  }
+  if (closes != 0)
+  {
+    // Literals and a closing run: the delta prefix as above, or the literals at the
+    // block's start word by word.
+    const auto count = static_cast<unsigned>(__builtin_ctz(literals));
+    if (count == 0)
+    {
+      const unsigned streak = block.fit == 0 ? 32 : static_cast<unsigned>(__builtin_ctz(block.fit));
+      e.previous = loadWord(at - 2);
+      for (unsigned k = 0; k < streak; ++k)
+        e.step(loadWord(at + 2 * k), false);
+      return streak;
+    }
+    if (e.pending != 0)
+      e.flushLiterals();
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(e.out), block.bytes);
+    const uint32_t prefix = (1u << count) - 1;
+    e.takeDeltaBytes(count, small & prefix, closes & (uint64_t{prefix} << 32));
+    return count;
+  }
+  const __m256i low = _mm256_permute2x128_si256(block.bytes, block.bytes, 0x00);
+  const __m256i high = _mm256_permute2x128_si256(block.bytes, block.bytes, 0x11);
+  uint8_t* o = e.out;
+  unsigned pending = e.pending;
+  unsigned i = 0; // the next word to write
+  for (;;)
+  {
+    const uint32_t ahead = i == 32 ? 0 : literals >> i << i;
+    const unsigned j = ahead == 0 ? 32 : static_cast<unsigned>(__builtin_ctz(ahead));
+    if (j > i)
+    {
+      // Delta bytes i .. j - 1 (all one-byte: no run closes in this block).
+      if (pending != 0)
+      {
+        if (pending >= 3)
+          o = foldLiterals(o, pending);
+        pending = 0;
+      }
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), bytesFrom(low, high, i));
+      o += j - i;
+    }
+    if (j == 32)
+      break;
+    const uint32_t fitAhead = block.fit >> j;
+    const unsigned end = fitAhead == 0 ? 32 : j + static_cast<unsigned>(__builtin_ctz(fitAhead));
+    const unsigned streak = end - j;
+    if (pending + streak >= longestLiteralRun)
+    {
+      e.out = o;
+      e.pending = pending;
+      for (unsigned k = j; k < end; ++k)
+        e.writeLiteral(loadWord(at + 2 * k));
+      o = e.out;
+      pending = e.pending;
+    }
+    else if (end < 32 && pending == 0 && streak >= 3)
+    {
+      // A delta follows inside the block: the streak folds at once.
+      o[0] = literalRunToken;
+      o[1] = static_cast<uint8_t>(streak);
+      const uint8_t* words = at + 2 * j;
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 2),
+                          _mm256_loadu_si256(reinterpret_cast<const __m256i*>(words)));
+      if (streak > 16)
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 34),
+                            _mm256_loadu_si256(reinterpret_cast<const __m256i*>(words + 32)));
+      o += 2 + 2 * streak;
+    }
+    else
+    {
+      for (unsigned k = j; k < end; ++k, o += 3)
+      {
+        const uint32_t token = literalToken | (loadWord(at + 2 * k) << 8);
+        std::memcpy(o, &token, 4);
+      }
+      pending += streak;
+    }
+    i = end;
+  }
+  e.out = o;
+  e.pending = pending;
+  e.runLength = small >> 31 != 0 ? static_cast<std::size_t>(__builtin_clz(~small)) : 0;
+  return 32;
+}
+
+// 32 words at a time; see quickBlock and fullBlock. The blocks of a row end before its
+// last word (the last block may be shorter and then only goes the quick way). A block
+// reads up to 48 words from its start and its wide stores stay below 43 words' worth of
+// bytes beyond what it took, so the call must hold 48 words from the block's start.
 __attribute__((target("avx2"))) uint8_t* encodeRowsAvx2(const uint8_t* source, std::size_t rows, std::size_t columns,
                                                         EncoderState& state, uint8_t* out)
 {
+  constexpr std::size_t reach = 48;
   Encoder e{out, state.previous, state.pending};
-  const __m256i fitLimit = _mm256_set1_epi16(126);
-  const __m256i smallLimit = _mm256_set1_epi16(7);
-  const __m256i lowBytes = _mm256_set1_epi16(0xFF);
-  const __m256i zero = _mm256_setzero_si256();
-  alignas(32) uint8_t window[64] = {};
   for (std::size_t row = 0; row < rows; ++row, source += 2 * columns)
   {
     e.step(loadWord(source), columns == 1);
     std::size_t column = 1;
-    const std::size_t stop = vectorEnd(columns, (rows - row) * columns);
-    while (column + 32 <= stop)
+    const std::size_t left = (rows - row) * columns;
+    if (left >= reach && columns > 1)
     {
-      const uint8_t* at = source + 2 * column;
-      const __m256i current0 = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
-      const __m256i current1 = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at + 32));
-      const __m256i before0 = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at - 2));
-      const __m256i before1 = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at + 30));
-      const __m256i size0 = _mm256_or_si256(_mm256_subs_epu16(current0, before0), _mm256_subs_epu16(before0, current0));
-      const __m256i size1 = _mm256_or_si256(_mm256_subs_epu16(current1, before1), _mm256_subs_epu16(before1, current1));
-      // packs works per 128-bit lane; the permute puts the 32 results back in order.
-      const auto fit = static_cast<uint32_t>(_mm256_movemask_epi8(
-          _mm256_permute4x64_epi64(_mm256_packs_epi16(_mm256_cmpeq_epi16(_mm256_subs_epu16(size0, fitLimit), zero),
-                                                      _mm256_cmpeq_epi16(_mm256_subs_epu16(size1, fitLimit), zero)),
-                                   0xD8)));
-      const auto small = static_cast<uint32_t>(_mm256_movemask_epi8(
-          _mm256_permute4x64_epi64(_mm256_packs_epi16(_mm256_cmpeq_epi16(_mm256_subs_epu16(size0, smallLimit), zero),
-                                                      _mm256_cmpeq_epi16(_mm256_subs_epu16(size1, smallLimit), zero)),
-                                   0xD8)));
-      // One-byte deltas are the low bytes of the wrapped differences.
-      const __m256i bytes =
-          _mm256_permute4x64_epi64(_mm256_packus_epi16(_mm256_and_si256(_mm256_sub_epi16(current0, before0), lowBytes),
-                                                       _mm256_and_si256(_mm256_sub_epi16(current1, before1), lowBytes)),
-                                   0xD8);
-      const uint64_t closes = e.runCloses(small);
-      const uint32_t literals = ~fit;
-
-      if (literals == 0)
+      const std::size_t stop = std::min(columns - 1, left - reach + 32);
+      while (column + 32 <= stop)
       {
-        if (e.pending != 0)
-          e.flushLiterals();
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(e.out), bytes);
-        if (closes == 0 && small != 0xFFFFFFFFu)
-        {
-          e.runLength = static_cast<std::size_t>(__builtin_clz(~small));
-          e.out += 32;
-          e.run = e.out - e.runLength;
-        }
-        else
-        {
-          e.takeDeltaBytes(32, small, closes);
-        }
+        const uint8_t* at = source + 2 * column;
+        const Block block = classify(at);
+        column += quickBlock(e, at, block, 32) ? 32 : fullBlock(e, at, block);
       }
-      else if (closes == 0)
+      if (column < stop && column + reach <= left)
       {
-        _mm256_store_si256(reinterpret_cast<__m256i*>(window), bytes);
-        uint8_t* o = e.out;
-        unsigned pending = e.pending;
-        unsigned i = 0; // the next word to write
-        for (;;)
-        {
-          const uint32_t ahead = i == 32 ? 0 : literals >> i << i;
-          const unsigned j = ahead == 0 ? 32 : static_cast<unsigned>(__builtin_ctz(ahead));
-          if (j > i)
-          {
-            // Delta bytes i .. j - 1 (all one-byte: no run closes in this block).
-            if (pending != 0)
-            {
-              if (pending >= 3)
-                o = foldLiterals(o, pending);
-              pending = 0;
-            }
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(o),
-                                _mm256_loadu_si256(reinterpret_cast<const __m256i*>(window + i)));
-            o += j - i;
-          }
-          if (j == 32)
-            break;
-          const uint32_t fitAhead = fit >> j;
-          const unsigned end = fitAhead == 0 ? 32 : j + static_cast<unsigned>(__builtin_ctz(fitAhead));
-          const unsigned streak = end - j;
-          if (pending + streak >= longestLiteralRun)
-          {
-            e.out = o;
-            e.pending = pending;
-            for (unsigned k = j; k < end; ++k)
-              e.writeLiteral(loadWord(at + 2 * k));
-            o = e.out;
-            pending = e.pending;
-          }
-          else if (end < 32 && pending == 0 && streak >= 3)
-          {
-            // A delta follows inside the block: the streak folds at once.
-            o[0] = literalRunToken;
-            o[1] = static_cast<uint8_t>(streak);
-            const uint8_t* words = at + 2 * j;
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 2),
-                                _mm256_loadu_si256(reinterpret_cast<const __m256i*>(words)));
-            if (streak > 16)
-              _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 34),
-                                  _mm256_loadu_si256(reinterpret_cast<const __m256i*>(words + 32)));
-            o += 2 + 2 * streak;
-          }
-          else
-          {
-            for (unsigned k = j; k < end; ++k, o += 3)
-            {
-              const uint32_t token = literalToken | (loadWord(at + 2 * k) << 8);
-              std::memcpy(o, &token, 4);
-            }
-            pending += streak;
-          }
-          i = end;
-        }
-        e.out = o;
-        e.pending = pending;
-        e.runLength = small >> 31 != 0 ? static_cast<std::size_t>(__builtin_clz(~small)) : 0;
-        e.run = o - e.runLength;
+        const uint8_t* at = source + 2 * column;
+        const auto count = static_cast<unsigned>(stop - column);
+        if (quickBlock(e, at, classify(at), count))
+          column += count;
       }
-      else
-      {
-        // Literals and a closing run: the delta prefix as above, then the literals word
-        // by word; the block restarts after them.
-        const unsigned count = static_cast<unsigned>(__builtin_ctz(literals));
-        if (count == 0)
-        {
-          const uint32_t fitAhead = fit;
-          const unsigned streak = fitAhead == 0 ? 32 : static_cast<unsigned>(__builtin_ctz(fitAhead));
-          for (unsigned k = 0; k < streak; ++k)
-            e.step(loadWord(at + 2 * k), false);
-          column += streak;
-          continue;
-        }
-        if (e.pending != 0)
-          e.flushLiterals();
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(e.out), bytes);
-        const uint32_t prefix = (1u << count) - 1;
-        e.takeDeltaBytes(count, small & prefix, closes & (static_cast<uint64_t>(prefix) << 32));
-        e.previous = loadWord(at + 2 * (count - 1));
-        column += count;
-        continue;
-      }
-      e.previous = loadWord(at + 62);
-      column += 32;
+      e.previous = loadWord(source + 2 * (column - 1));
     }
     for (; column < columns; ++column)
       e.step(loadWord(source + 2 * column), column + 1 == columns);
