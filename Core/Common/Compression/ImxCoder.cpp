@@ -889,45 +889,52 @@ __attribute__((target("avx2"))) DecodeResult decodeAvx2(const uint8_t* source, s
   const __m256i tokenLimit = _mm256_set1_epi8(-125);
   while (o < outEnd)
   {
-    __m256i running = _mm256_set1_epi16(static_cast<short>(value));
-    while (end - p >= 32 && outEnd - o >= 64)
+    if (end - p >= 32 && outEnd - o >= 64 && static_cast<uint8_t>(*p - literalRunToken) > 2)
     {
-      const __m256i bytes = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
-      // 0x7F, 0x80 and 0x81 plus one are the three smallest signed bytes.
-      const auto tokens =
-          static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpgt_epi8(tokenLimit, _mm256_add_epi8(bytes, one))));
-      if ((tokens & 1) != 0)
+      __m256i running = _mm256_set1_epi16(static_cast<short>(value));
+      for (;;)
+      {
+        const __m256i bytes = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+        // 0x7F, 0x80 and 0x81 plus one are the three smallest signed bytes.
+        const auto tokens =
+            static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpgt_epi8(tokenLimit, _mm256_add_epi8(bytes, one))));
+        const __m256i low = prefixSum(_mm256_cvtepi8_epi16(_mm256_castsi256_si128(bytes)));
+        const __m256i high =
+            _mm256_add_epi16(prefixSum(_mm256_cvtepi8_epi16(_mm256_extracti128_si256(bytes, 1))), broadcastLast(low));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), _mm256_add_epi16(low, running));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 32), _mm256_add_epi16(high, running));
+        if (tokens == 0)
+        {
+          running = _mm256_add_epi16(running, broadcastLast(high));
+          p += 32;
+          o += 64;
+        }
+        else
+        {
+          const auto plain = static_cast<unsigned>(__builtin_ctz(tokens));
+          p += plain;
+          o += 2 * plain;
+          if (*p != literalToken || end - p < 3)
+          {
+            value = plain == 0 ? static_cast<unsigned>(_mm256_extract_epi16(running, 0)) : loadWord(o - 2);
+            break;
+          }
+          // o is at most 62 bytes into the 64 checked: the word fits.
+          const unsigned word = loadWord(p + 1);
+          std::memcpy(o, p + 1, 2);
+          running = _mm256_set1_epi16(static_cast<short>(word));
+          p += 3;
+          o += 2;
+        }
+        if (end - p < 32 || outEnd - o < 64)
+        {
+          value = static_cast<unsigned>(_mm256_extract_epi16(running, 0));
+          break;
+        }
+      }
+      if (o >= outEnd)
         break;
-      const __m256i low = prefixSum(_mm256_cvtepi8_epi16(_mm256_castsi256_si128(bytes)));
-      const __m256i high =
-          _mm256_add_epi16(prefixSum(_mm256_cvtepi8_epi16(_mm256_extracti128_si256(bytes, 1))), broadcastLast(low));
-      _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), _mm256_add_epi16(low, running));
-      _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 32), _mm256_add_epi16(high, running));
-      if (tokens == 0)
-      {
-        running = _mm256_add_epi16(running, broadcastLast(high));
-        p += 32;
-        o += 64;
-        continue;
-      }
-      const unsigned plain = static_cast<unsigned>(__builtin_ctz(tokens));
-      p += plain;
-      o += 2 * plain;
-      if (*p == literalToken && end - p >= 3)
-      {
-        // o is at most 62 bytes into the 64 checked above: the word fits.
-        std::memcpy(o, p + 1, 2);
-        running = _mm256_set1_epi16(static_cast<short>(loadWord(p + 1)));
-        p += 3;
-        o += 2;
-        continue;
-      }
-      break;
     }
-    if (o > destination)
-      value = loadWord(o - 2);
-    if (o >= outEnd)
-      break;
     if (!decodeToken(p, end, o, outEnd, value, result))
       break;
   }
