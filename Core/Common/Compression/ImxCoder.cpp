@@ -4,7 +4,9 @@
 
 #include <algorithm>
 #include <atomic>
+#include <condition_variable>
 #include <cstring>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -594,11 +596,84 @@ ScratchPool& scratchPool()
   return pool;
 }
 
-inline void pause()
+// Helper threads kept for the parallel encoder: starting a thread costs about as much as
+// encoding 100 KiB. One job at a time; a caller that finds them busy (or wants more of
+// them than there are processors) starts its own threads.
+class Helpers
 {
-#if defined(RTE_IMX_X86)
-  _mm_pause();
-#endif
+public:
+  ~Helpers()
+  {
+    {
+      const std::lock_guard<std::mutex> lock(m_mutex);
+      m_stop = true;
+    }
+    m_wake.notify_all();
+    for (std::thread& thread : m_threads)
+      thread.join();
+  }
+
+  // Runs job on count helpers and on the calling thread; false when the helpers are
+  // taken.
+  bool run(unsigned count, const std::function<void()>& job)
+  {
+    std::unique_lock<std::mutex> busy(m_busy, std::try_to_lock);
+    if (!busy.owns_lock())
+      return false;
+    {
+      std::unique_lock<std::mutex> lock(m_mutex);
+      while (m_threads.size() < count)
+        m_threads.emplace_back([this, index = m_threads.size(), seen = m_generation] { loop(index, seen); });
+      m_job = &job;
+      m_wanted = count;
+      m_running = count;
+      ++m_generation;
+    }
+    m_wake.notify_all();
+    job();
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_done.wait(lock, [this] { return m_running == 0; });
+    m_job = nullptr;
+    return true;
+  }
+
+private:
+  // seen: the last job generation this thread knows of.
+  void loop(std::size_t index, uint64_t seen)
+  {
+    std::unique_lock<std::mutex> lock(m_mutex);
+    for (;;)
+    {
+      m_wake.wait(lock, [&] { return m_stop || m_generation != seen; });
+      if (m_stop)
+        return;
+      seen = m_generation;
+      if (index >= m_wanted)
+        continue;
+      const std::function<void()>* job = m_job;
+      lock.unlock();
+      (*job)();
+      lock.lock();
+      if (--m_running == 0)
+        m_done.notify_one();
+    }
+  }
+
+  std::mutex m_busy; // held by the caller whose job runs
+  std::mutex m_mutex;
+  std::condition_variable m_wake, m_done;
+  std::vector<std::thread> m_threads;
+  const std::function<void()>* m_job = nullptr;
+  std::size_t m_wanted = 0;
+  unsigned m_running = 0;
+  uint64_t m_generation = 0;
+  bool m_stop = false;
+};
+
+Helpers& helpers()
+{
+  static Helpers instance;
+  return instance;
 }
 
 } // namespace
@@ -611,12 +686,12 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
     return encode(source, rows, columns, destination);
 
   // The rows are cut into pieces of about 64 Ki words (at least 8 per thread), taken by
-  // the threads in order. A piece is encoded into the thread's scratch buffer, then
-  // appended to the destination as soon as the piece before it is there; a piece whose
-  // predecessor is already there when it starts is encoded in place. Each piece starts
-  // from the running value and the pending literals the serial encoder would have there
-  // and first writes those pending literal tokens itself; the piece before leaves them
-  // out. So the pieces simply concatenate to the serial stream.
+  // the threads in order. A piece is encoded into a scratch buffer (small enough to stay
+  // in the cache) and copied to the destination once the pieces before it are there; a
+  // piece whose predecessors are all there when it starts is encoded in place. Each
+  // piece starts from the running value and the pending literals the serial encoder
+  // would have there and first writes those pending literal tokens itself; the piece
+  // before leaves them out. So the pieces simply concatenate to the serial stream.
   constexpr std::size_t pieceWords = std::size_t{1} << 16;
   std::size_t rowsPerPiece = std::max<std::size_t>(1, pieceWords / columns);
   rowsPerPiece = std::min(rowsPerPiece, std::max<std::size_t>(1, rows / (8 * std::size_t{threads})));
@@ -638,16 +713,23 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
     }
   }
 
-  constexpr std::size_t unknown = ~std::size_t{0};
-  std::unique_ptr<std::atomic<std::size_t>[]> ends(new std::atomic<std::size_t>[pieces]);
-  for (std::size_t p = 0; p < pieces; ++p)
-    ends[p].store(unknown, std::memory_order_relaxed);
+  // Pieces are placed in order by whichever thread finds the next one finished and no
+  // other thread placing; nobody waits while there is a piece to encode.
+  struct Finished
+  {
+    bool ready = false;
+    bool inPlace = false; // encoded straight to where it belongs
+    std::unique_ptr<uint8_t[]> buffer;
+    std::size_t capacity = 0, size = 0;
+  };
+  std::vector<Finished> finished(pieces);
+  std::mutex mutex;
+  std::size_t placed = 0, placedEnd = 0; // pieces in the destination and their bytes
+  bool placing = false;
   std::atomic<std::size_t> next{0};
 
   const auto work = [&]
   {
-    std::size_t capacity = 0;
-    std::unique_ptr<uint8_t[]> scratch;
     for (std::size_t p; (p = next.fetch_add(1, std::memory_order_relaxed)) < pieces;)
     {
       const std::size_t firstRow = p * rowsPerPiece, rowCount = std::min(rowsPerPiece, rows - firstRow);
@@ -656,20 +738,24 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
       if (firstWord > 0)
         state.previous = loadWord(source + 2 * (firstWord - 1));
       state.pending = leading[p];
-      // The stream of earlier pieces is at most 3 bytes per word before this piece's
-      // pending literals, so a piece encoded in place stays inside the destination.
-      const std::size_t start = p == 0 ? 0 : ends[p - 1].load(std::memory_order_acquire);
-      uint8_t* begin = destination + start;
-      if (start == unknown)
+
+      // With all pieces before it placed, a piece is encoded in place: the stream before
+      // it is at most 3 bytes per word before its pending literals, so it stays inside
+      // the destination, and nothing else is written there until it is finished.
+      Finished piece;
+      uint8_t* begin = nullptr;
       {
-        const std::size_t size = maxEncodedSize(leading[p] + rowCount * columns);
-        if (capacity < size)
+        const std::lock_guard<std::mutex> lock(mutex);
+        if (placed == p)
         {
-          if (scratch)
-            scratchPool().give(std::move(scratch), capacity);
-          scratch = scratchPool().take(size, capacity);
+          piece.inPlace = true;
+          begin = destination + placedEnd;
         }
-        begin = scratch.get();
+      }
+      if (!piece.inPlace)
+      {
+        piece.buffer = scratchPool().take(maxEncodedSize(leading[p] + rowCount * columns), piece.capacity);
+        begin = piece.buffer.get();
       }
       uint8_t* out = begin;
       for (std::size_t i = firstWord - leading[p]; i < firstWord; ++i, out += 3)
@@ -681,33 +767,44 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
       }
       out = encodeRows(source + 2 * firstWord, rowCount, columns, state, out);
       // The next piece writes the pending literals again.
-      const std::size_t size = static_cast<std::size_t>(out - begin) - 3 * std::size_t{leading[p + 1]};
-      std::size_t at = start;
-      if (start == unknown)
+      piece.size = static_cast<std::size_t>(out - begin) - 3 * std::size_t{leading[p + 1]};
+      piece.ready = true;
+
+      std::unique_lock<std::mutex> lock(mutex);
+      finished[p] = std::move(piece);
+      if (placing)
+        continue;
+      placing = true;
+      while (placed < pieces && finished[placed].ready)
       {
-        for (unsigned spins = 0; (at = ends[p - 1].load(std::memory_order_acquire)) == unknown; ++spins)
+        Finished& done = finished[placed];
+        const std::size_t at = placedEnd;
+        lock.unlock();
+        if (!done.inPlace)
         {
-          if (spins < 1000)
-            pause();
-          else
-            std::this_thread::yield();
+          std::memcpy(destination + at, done.buffer.get(), done.size);
+          scratchPool().give(std::move(done.buffer), done.capacity);
         }
-        std::memcpy(destination + at, begin, size);
+        lock.lock();
+        placedEnd = at + done.size;
+        ++placed;
       }
-      ends[p].store(at + size, std::memory_order_release);
+      placing = false;
     }
-    if (scratch)
-      scratchPool().give(std::move(scratch), capacity);
   };
 
-  std::vector<std::thread> workers;
-  workers.reserve(threads - 1);
-  for (unsigned t = 1; t < threads; ++t)
-    workers.emplace_back(work);
-  work();
-  for (std::thread& worker : workers)
-    worker.join();
-  return ends[pieces - 1].load(std::memory_order_relaxed);
+  const std::function<void()> job = work;
+  if (threads > std::max(1u, std::thread::hardware_concurrency()) || !helpers().run(threads - 1, job))
+  {
+    std::vector<std::thread> workers;
+    workers.reserve(threads - 1);
+    for (unsigned t = 1; t < threads; ++t)
+      workers.emplace_back(work);
+    work();
+    for (std::thread& worker : workers)
+      worker.join();
+  }
+  return placedEnd;
 }
 
 namespace
