@@ -5,6 +5,7 @@
 #include <Core/Common/Compression/PackKernels_p.h>
 
 #include <algorithm>
+#include <thread>
 
 namespace
 {
@@ -321,6 +322,32 @@ TEST(C_IMX, ParallelStreamEqualsTheSerialOne)
   RTE::C_IMX codec;
   codec.SetParameters({{"Columns", 64}, {"Rows", 97}, {"ParallelAuto", true}});
   EXPECT_EQ(compressed(codec, bytesOf(image)).data, imx(image, 64, 97));
+}
+
+TEST(C_IMX, ParallelEncodersRunningAtOnceGiveTheSerialStreams)
+{
+  // Callers at the same time share the kept helper threads or start their own; rows
+  // longer than a piece make one piece per row.
+  std::vector<std::pair<std::vector<uint16_t>, qlonglong>> images;
+  for (unsigned seed = 0; seed < 4; ++seed)
+    images.emplace_back(stretchedImage(seed == 3 ? 70000 * 3 : 300 * 200, seed + 17), seed == 3 ? 70000 : 300);
+  std::vector<Bytes> serial;
+  for (const auto& [image, columns] : images)
+    serial.push_back(imx(image, columns, static_cast<qlonglong>(image.size()) / columns));
+
+  RTE::ImxCoder::setParallelThreads(2);
+  std::vector<std::thread> callers;
+  for (std::size_t i = 0; i < images.size(); ++i)
+    callers.emplace_back(
+        [&, i]
+        {
+          const auto& [image, columns] = images[i];
+          for (int repeat = 0; repeat < 5; ++repeat)
+            EXPECT_EQ(imx(image, columns, static_cast<qlonglong>(image.size()) / columns, true), serial[i]) << i;
+        });
+  for (std::thread& caller : callers)
+    caller.join();
+  RTE::ImxCoder::setParallelThreads(0);
 }
 
 TEST(C_IMX, ParametersSizesAndErrors)
