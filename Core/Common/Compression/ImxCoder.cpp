@@ -952,21 +952,42 @@ DecodeResult decodePortable(const uint8_t* source, std::size_t sourceSize, uint8
 
 #if defined(RTE_IMX_X86)
 
-// Prefix sums of the 16 words of v.
-__attribute__((target("avx2"))) inline __m256i prefixSum(__m256i v)
+// Word 7 of each lane in every word of that lane.
+__attribute__((target("avx2"))) inline __m256i laneLast(__m256i v)
 {
-  v = _mm256_add_epi16(v, _mm256_slli_si256(v, 2));
-  v = _mm256_add_epi16(v, _mm256_slli_si256(v, 4));
-  v = _mm256_add_epi16(v, _mm256_slli_si256(v, 8));
-  // The low lane's last sum, added to the whole high lane.
-  const __m256i last = _mm256_unpackhi_epi64(_mm256_shufflehi_epi16(v, 0xFF), _mm256_shufflehi_epi16(v, 0xFF));
-  return _mm256_add_epi16(v, _mm256_permute2x128_si256(last, last, 0x08));
+  return _mm256_shuffle_epi8(v, _mm256_set1_epi16(0x0F0E));
+}
+
+// The 32 words of the deltas in bytes, prefix-summed: the low and the high 16. The
+// deltas are widened in the order the in-lane unpacks give (lanes hold deltas 0-7 and
+// 16-23, 8-15 and 24-31), summed inside the lanes, then the partial sums carried over.
+struct Sums
+{
+  __m256i low, high;
+};
+
+__attribute__((target("avx2"))) inline Sums prefixSums(__m256i bytes)
+{
+  __m256i a = _mm256_srai_epi16(_mm256_unpacklo_epi8(bytes, bytes), 8);
+  __m256i b = _mm256_srai_epi16(_mm256_unpackhi_epi8(bytes, bytes), 8);
+  a = _mm256_add_epi16(a, _mm256_slli_si256(a, 2));
+  b = _mm256_add_epi16(b, _mm256_slli_si256(b, 2));
+  a = _mm256_add_epi16(a, _mm256_slli_si256(a, 4));
+  b = _mm256_add_epi16(b, _mm256_slli_si256(b, 4));
+  a = _mm256_add_epi16(a, _mm256_slli_si256(a, 8));
+  b = _mm256_add_epi16(b, _mm256_slli_si256(b, 8));
+  b = _mm256_add_epi16(b, laneLast(a));
+  const __m256i half = laneLast(b); // low lane: the sum of deltas 0-15
+  const __m256i carry = _mm256_permute2x128_si256(half, half, 0x08);
+  a = _mm256_add_epi16(a, carry);
+  b = _mm256_add_epi16(b, carry);
+  return {_mm256_permute2x128_si256(a, b, 0x20), _mm256_permute2x128_si256(a, b, 0x31)};
 }
 
 // Word 15 of v in every word.
 __attribute__((target("avx2"))) inline __m256i broadcastLast(__m256i v)
 {
-  return _mm256_permute4x64_epi64(_mm256_shufflehi_epi16(v, 0xFF), 0xFF);
+  return _mm256_permute2x128_si256(laneLast(v), laneLast(v), 0x11);
 }
 
 // 32 token bytes at a time: when none of them is 0x7F, 0x80 or 0x81 they are 32 deltas:
@@ -995,14 +1016,12 @@ __attribute__((target("avx2"))) DecodeResult decodeAvx2(const uint8_t* source, s
         // 0x7F, 0x80 and 0x81 plus one are the three smallest signed bytes.
         const auto tokens =
             static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpgt_epi8(tokenLimit, _mm256_add_epi8(bytes, one))));
-        const __m256i low = prefixSum(_mm256_cvtepi8_epi16(_mm256_castsi256_si128(bytes)));
-        const __m256i high =
-            _mm256_add_epi16(prefixSum(_mm256_cvtepi8_epi16(_mm256_extracti128_si256(bytes, 1))), broadcastLast(low));
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), _mm256_add_epi16(low, running));
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 32), _mm256_add_epi16(high, running));
+        const Sums sums = prefixSums(bytes);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), _mm256_add_epi16(sums.low, running));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 32), _mm256_add_epi16(sums.high, running));
         if (tokens == 0)
         {
-          running = _mm256_add_epi16(running, broadcastLast(high));
+          running = _mm256_add_epi16(running, broadcastLast(sums.high));
           p += 32;
           o += 64;
         }
