@@ -216,8 +216,8 @@ struct Encoder
   }
 };
 
-// Where the vector loops of a row stop: before its last word, and early enough that
-// their wide stores (up to 43 words' worth of bytes beyond what they took) stay inside
+// Where the SSE2 loop of a row stops: before its last word, and early enough that its
+// wide loads and stores (less than 48 bytes past the output before a block) stay inside
 // the 3 bytes per word of the whole call. left is the words of the call from the row on.
 inline std::size_t vectorEnd(std::size_t columns, std::size_t left)
 {
@@ -345,35 +345,52 @@ __attribute__((target("avx2"))) inline __m256i bytesFrom(__m256i low, __m256i hi
       _mm256_shuffle_epi8(high, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(shiftTables.high + from))));
 }
 
-// The quick way for the first count words of a block: at most two literals, no literal
+// Stores the token of the literal at word index (32: none) and the delta bytes after it,
+// for a block whose bytes start at o and in which shift bytes of earlier tokens come
+// before it. A missing literal writes only past the block's bytes.
+__attribute__((target("avx2"), always_inline)) inline void insertLiteral(uint8_t* o, const uint8_t* at, __m256i low,
+                                                                         __m256i high, unsigned index, unsigned shift)
+{
+  const uint32_t token = literalToken | (loadWord(at + 2 * index) << 8);
+  std::memcpy(o + index + shift, &token, 4);
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + index + shift + 3), bytesFrom(low, high, index + 1));
+}
+
+// The quick way for the first count words of a block: at most four literals, no literal
 // streak of three (with those pending before) and no run of 7 small deltas closing. Then
 // nothing folds or packs, and pending literals before the block just end. The delta
 // bytes are stored, then for each literal its token and the delta bytes after it, 2
-// bytes further up; a missing literal counts as word 32 and writes only past the
-// block's bytes. Returns false, having written nothing, for any other block.
+// bytes further up than the one before; the first two always (a missing literal counts
+// as word 32 and writes only past the block's bytes), the next two when there are any.
+// Returns false, having written nothing, for any other block.
 __attribute__((target("avx2"), always_inline)) inline bool quickBlock(Encoder& e, const uint8_t* at, const Block& block,
                                                                       unsigned count)
 {
   const uint32_t valid = count == 32 ? 0xFFFFFFFFu : (1u << count) - 1;
   const uint32_t literals = ~block.fit & valid;
-  const uint32_t later = literals & (literals - 1); // all literals but the first
+  const uint32_t second = literals & (literals - 1); // the literals from the second one on
+  const uint32_t third = second & (second - 1);
+  const uint32_t fourth = third & (third - 1);
   const uint32_t small = block.small & valid;
-  if ((later & (later - 1)) != 0 || e.pending + static_cast<unsigned>(__builtin_ctz(~literals)) >= 3 ||
+  if ((fourth & (fourth - 1)) != 0 || (literals & (literals >> 1) & (literals >> 2)) != 0 ||
+      e.pending + static_cast<unsigned>(__builtin_ctz(~literals)) >= 3 ||
       (e.runCloses(small) & (uint64_t{valid} << 32)) != 0)
     return false;
   uint8_t* const o = e.out;
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), block.bytes);
   const __m256i low = _mm256_permute2x128_si256(block.bytes, block.bytes, 0x00);
   const __m256i high = _mm256_permute2x128_si256(block.bytes, block.bytes, 0x11);
-  const auto first = static_cast<unsigned>(__builtin_ctzll(literals | (uint64_t{1} << 32)));
-  const auto second = static_cast<unsigned>(__builtin_ctzll(later | (uint64_t{1} << 32)));
-  const uint32_t token1 = literalToken | (loadWord(at + 2 * first) << 8);
-  std::memcpy(o + first, &token1, 4);
-  _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + first + 3), bytesFrom(low, high, first + 1));
-  const uint32_t token2 = literalToken | (loadWord(at + 2 * second) << 8);
-  std::memcpy(o + second + 2, &token2, 4);
-  _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + second + 5), bytesFrom(low, high, second + 1));
-  e.out = o + count + 2 * (static_cast<unsigned>(literals != 0) + static_cast<unsigned>(later != 0));
+  const auto indexOf = [](uint32_t bits) { return static_cast<unsigned>(__builtin_ctzll(bits | (uint64_t{1} << 32))); };
+  insertLiteral(o, at, low, high, indexOf(literals), 0);
+  insertLiteral(o, at, low, high, indexOf(second), 2);
+  if (third != 0)
+  {
+    insertLiteral(o, at, low, high, indexOf(third), 4);
+    insertLiteral(o, at, low, high, indexOf(fourth), 6);
+  }
+  e.out = o + count +
+          2 * (static_cast<unsigned>(literals != 0) + static_cast<unsigned>(second != 0) +
+               static_cast<unsigned>(third != 0) + static_cast<unsigned>(fourth != 0));
   // The literals and the small deltas at the block's end stay pending and open.
   e.pending = static_cast<unsigned>(__builtin_clz(~(literals << (32 - count))));
   e.runLength =
@@ -488,8 +505,9 @@ __attribute__((target("avx2"))) unsigned fullBlock(Encoder& e, const uint8_t* at
 
 // 32 words at a time; see quickBlock and fullBlock. The blocks of a row end before its
 // last word (the last block may be shorter and then only goes the quick way). A block
-// reads up to 48 words from its start and its wide stores stay below 43 words' worth of
-// bytes beyond what it took, so the call must hold 48 words from the block's start.
+// reads up to 48 words from its start and writes less than 128 bytes past the output's
+// end before it, which is at most 3 bytes per word taken: so when the call holds 48
+// words from the block's start, every write stays inside its 3 bytes per word.
 __attribute__((target("avx2"))) uint8_t* encodeRowsAvx2(const uint8_t* source, std::size_t rows, std::size_t columns,
                                                         EncoderState& state, uint8_t* out)
 {
