@@ -372,9 +372,13 @@ __attribute__((target("avx2"), always_inline)) inline bool quickBlock(Encoder& e
   const uint32_t third = second & (second - 1);
   const uint32_t fourth = third & (third - 1);
   const uint32_t small = block.small & valid;
+  // A run of 7 closes inside the block, or the open run closes at the first word that
+  // is not small.
+  const uint32_t two = small & (small << 1), four = two & (two << 2), seven = four & (four << 3);
+  const auto lead = static_cast<unsigned>(__builtin_ctzll(~uint64_t{small}));
   if ((fourth & (fourth - 1)) != 0 || (literals & (literals >> 1) & (literals >> 2)) != 0 ||
-      e.pending + static_cast<unsigned>(__builtin_ctz(~literals)) >= 3 ||
-      (e.runCloses(small) & (uint64_t{valid} << 32)) != 0)
+      e.pending + static_cast<unsigned>(__builtin_ctz(~literals)) >= 3 || ((seven << 1) & ~small & valid) != 0 ||
+      (lead < count && e.runLength + lead >= shortestNibbleRun))
     return false;
   uint8_t* const o = e.out;
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), block.bytes);
