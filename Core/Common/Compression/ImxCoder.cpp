@@ -370,16 +370,22 @@ __attribute__((target("avx2"), always_inline)) inline bool quickBlock(Encoder& e
   const uint32_t literals = ~block.fit & valid;
   const uint32_t second = literals & (literals - 1); // the literals from the second one on
   const uint32_t third = second & (second - 1);
-  const uint32_t fourth = third & (third - 1);
   const uint32_t small = block.small & valid;
   // A run of 7 closes inside the block, or the open run closes at the first word that
   // is not small.
   const uint32_t two = small & (small << 1), four = two & (two << 2), seven = four & (four << 3);
   const auto lead = static_cast<unsigned>(__builtin_ctzll(~uint64_t{small}));
-  if ((fourth & (fourth - 1)) != 0 || (literals & (literals >> 1) & (literals >> 2)) != 0 ||
-      e.pending + static_cast<unsigned>(__builtin_ctz(~literals)) >= 3 || ((seven << 1) & ~small & valid) != 0 ||
-      (lead < count && e.runLength + lead >= shortestNibbleRun))
+  if (((seven << 1) & ~small & valid) != 0 || (lead < count && e.runLength + lead >= shortestNibbleRun))
     return false;
+  // Branches on what is rare: pending literals, more than two literals.
+  if (e.pending != 0 && e.pending + static_cast<unsigned>(__builtin_ctz(~literals)) >= 3)
+    return false;
+  if (third != 0)
+  {
+    const uint32_t fourth = third & (third - 1);
+    if ((fourth & (fourth - 1)) != 0 || (literals & (literals >> 1) & (literals >> 2)) != 0)
+      return false;
+  }
   uint8_t* const o = e.out;
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), block.bytes);
   const __m256i low = _mm256_permute2x128_si256(block.bytes, block.bytes, 0x00);
@@ -387,14 +393,15 @@ __attribute__((target("avx2"), always_inline)) inline bool quickBlock(Encoder& e
   const auto indexOf = [](uint32_t bits) { return static_cast<unsigned>(__builtin_ctzll(bits | (uint64_t{1} << 32))); };
   insertLiteral(o, at, low, high, indexOf(literals), 0);
   insertLiteral(o, at, low, high, indexOf(second), 2);
+  unsigned tokens = static_cast<unsigned>(literals != 0) + static_cast<unsigned>(second != 0);
   if (third != 0)
   {
+    const uint32_t fourth = third & (third - 1);
     insertLiteral(o, at, low, high, indexOf(third), 4);
     insertLiteral(o, at, low, high, indexOf(fourth), 6);
+    tokens += 1 + static_cast<unsigned>(fourth != 0);
   }
-  e.out = o + count +
-          2 * (static_cast<unsigned>(literals != 0) + static_cast<unsigned>(second != 0) +
-               static_cast<unsigned>(third != 0) + static_cast<unsigned>(fourth != 0));
+  e.out = o + count + 2 * tokens;
   // The literals and the small deltas at the block's end stay pending and open.
   e.pending = static_cast<unsigned>(__builtin_clz(~(literals << (32 - count))));
   e.runLength =
@@ -409,7 +416,7 @@ __attribute__((target("avx2"), always_inline)) inline bool quickBlock(Encoder& e
 // literal streak as 0x80 tokens or, when it ends inside the block and nothing is pending
 // before it, directly as a 0x7F run. The rest (literals and closing runs in one block,
 // 255 pending literals) goes the plain way.
-__attribute__((target("avx2"))) unsigned fullBlock(Encoder& e, const uint8_t* at, const Block& block)
+__attribute__((target("avx2"), noinline)) unsigned fullBlock(Encoder& e, const uint8_t* at, Block block)
 {
   const uint32_t literals = ~block.fit;
   const uint32_t small = block.small;
@@ -529,7 +536,17 @@ __attribute__((target("avx2"))) uint8_t* encodeRowsAvx2(const uint8_t* source, s
       {
         const uint8_t* at = source + 2 * column;
         const Block block = classify(at);
-        column += quickBlock(e, at, block, 32) ? 32 : fullBlock(e, at, block);
+        if (quickBlock(e, at, block, 32))
+        {
+          column += 32;
+        }
+        else
+        {
+          // Through a copy, so that the encoder's state can stay in registers here.
+          Encoder state = e;
+          column += fullBlock(state, at, block);
+          e = state;
+        }
       }
       if (column < stop && column + reach <= left)
       {
