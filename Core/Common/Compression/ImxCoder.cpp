@@ -360,9 +360,10 @@ __attribute__((target("avx2"), always_inline)) inline void insertLiteral(uint8_t
 // streak of three (with those pending before) and no run of 7 small deltas closing. Then
 // nothing folds or packs, and pending literals before the block just end. The delta
 // bytes are stored, then for each literal its token and the delta bytes after it, 2
-// bytes further up than the one before; the first two always (a missing literal counts
-// as word 32 and writes only past the block's bytes), the next two when there are any.
-// Returns false, having written nothing, for any other block.
+// bytes further up than the one before: the first always (a missing literal counts as
+// word 32 and writes only past the block's bytes, so half the blocks, which have none,
+// need no branch), the others when there are any. Returns false, having written
+// nothing, for any other block.
 __attribute__((target("avx2"), always_inline)) inline bool quickBlock(Encoder& e, const uint8_t* at, const Block& block,
                                                                       unsigned count)
 {
@@ -392,8 +393,12 @@ __attribute__((target("avx2"), always_inline)) inline bool quickBlock(Encoder& e
   const __m256i high = _mm256_permute2x128_si256(block.bytes, block.bytes, 0x11);
   const auto indexOf = [](uint32_t bits) { return static_cast<unsigned>(__builtin_ctzll(bits | (uint64_t{1} << 32))); };
   insertLiteral(o, at, low, high, indexOf(literals), 0);
-  insertLiteral(o, at, low, high, indexOf(second), 2);
-  unsigned tokens = static_cast<unsigned>(literals != 0) + static_cast<unsigned>(second != 0);
+  unsigned tokens = static_cast<unsigned>(literals != 0);
+  if (second != 0)
+  {
+    insertLiteral(o, at, low, high, indexOf(second), 2);
+    ++tokens;
+  }
   if (third != 0)
   {
     const uint32_t fourth = third & (third - 1);
