@@ -33,7 +33,13 @@ std::atomic<unsigned> configuredThreads{0};
 
 inline unsigned loadWord(const uint8_t* p)
 {
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+  uint16_t word;
+  std::memcpy(&word, p, 2);
+  return word;
+#else
   return static_cast<unsigned>(p[0]) | (static_cast<unsigned>(p[1]) << 8);
+#endif
 }
 
 inline bool isSmall(int delta)
