@@ -1040,10 +1040,26 @@ __attribute__((target("avx2"))) inline __m256i broadcastLast(__m256i v)
   return _mm256_permute2x128_si256(laneLast(v), laneLast(v), 0x11);
 }
 
+// Bit i: byte i from at is 0x7F, 0x80 or 0x81 (plus one, the three smallest signed
+// bytes); 64 bytes.
+__attribute__((target("avx2"))) inline uint64_t tokenMask(const uint8_t* at)
+{
+  const __m256i one = _mm256_set1_epi8(1);
+  const __m256i limit = _mm256_set1_epi8(-125);
+  const __m256i low = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
+  const __m256i high = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at + 32));
+  const auto lowBits = static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpgt_epi8(limit, _mm256_add_epi8(low, one))));
+  const auto highBits =
+      static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpgt_epi8(limit, _mm256_add_epi8(high, one))));
+  return lowBits | (uint64_t{highBits} << 32);
+}
+
 // 32 token bytes at a time: when none of them is 0x7F, 0x80 or 0x81 they are 32 deltas:
 // widened, prefix-summed and added to the running value, 64 bytes stored. Otherwise the
 // deltas before the first token byte count (all 64 bytes are stored all the same; the
-// destination has room), and a single literal after them is taken on the spot.
+// destination has room), and a single literal after them is taken on the spot. The
+// wide loads and stores need 64 bytes of source and destination left; the plain way
+// does the rest, checking every token.
 __attribute__((target("avx2"))) DecodeResult decodeAvx2(const uint8_t* source, std::size_t sourceSize,
                                                         uint8_t* destination, std::size_t words, std::size_t& consumed)
 {
@@ -1053,48 +1069,59 @@ __attribute__((target("avx2"))) DecodeResult decodeAvx2(const uint8_t* source, s
   uint8_t* const outEnd = destination + 2 * words;
   unsigned value = 0;
   DecodeResult result = DecodeResult::Ok;
-  const __m256i one = _mm256_set1_epi8(1);
-  const __m256i tokenLimit = _mm256_set1_epi8(-125);
   while (o < outEnd)
   {
-    if (end - p >= 32 && outEnd - o >= 64 && static_cast<uint8_t>(*p - literalRunToken) > 2)
+    // Room for the 64 bytes of a token mask and 32 words.
+    if (end - p >= 64 && outEnd - o >= 64 && static_cast<uint8_t>(*p - literalRunToken) > 2)
     {
       __m256i running = _mm256_set1_epi16(static_cast<short>(value));
+      // The token bytes among the next known bytes, found 64 at a time: where the next
+      // block starts then follows from a shift of this mask instead of waiting for a
+      // load, compare and movemask of the block's bytes.
+      uint64_t tokens = tokenMask(p);
+      int known = 64; // may drop below 0 by a literal straddling its end
       for (;;)
       {
+        if (known < 32)
+        {
+          tokens = tokenMask(p);
+          known = 64;
+        }
         const __m256i bytes = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
-        // 0x7F, 0x80 and 0x81 plus one are the three smallest signed bytes.
-        const auto tokens =
-            static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpgt_epi8(tokenLimit, _mm256_add_epi8(bytes, one))));
         const Sums sums = prefixSums(bytes);
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), _mm256_add_epi16(sums.low, running));
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 32), _mm256_add_epi16(sums.high, running));
-        if (tokens == 0)
+        if (static_cast<uint32_t>(tokens) == 0)
         {
           running = _mm256_add_epi16(running, broadcastLast(sums.high));
           p += 32;
           o += 64;
+          tokens >>= 32;
+          known -= 32;
         }
         else
         {
-          const auto plain = static_cast<unsigned>(__builtin_ctz(tokens));
+          // Deltas, then a single literal taken on the spot; anything else goes the
+          // plain way.
+          const auto plain = static_cast<unsigned>(__builtin_ctzll(tokens));
           p += plain;
           o += 2 * plain;
-          if (*p != literalToken || end - p < 3)
+          if (*p != literalToken)
           {
             value = plain == 0 ? static_cast<unsigned>(_mm256_extract_epi16(running, 0)) : loadWord(o - 2);
             break;
           }
-          // o is at most 62 bytes into the 64 checked: the word fits.
           const unsigned word = loadWord(p + 1);
           std::memcpy(o, p + 1, 2);
           running = _mm256_set1_epi16(static_cast<short>(word));
           p += 3;
           o += 2;
+          tokens >>= plain + 3;
+          known -= static_cast<int>(plain + 3);
         }
-        if (end - p < 32 || outEnd - o < 64)
+        if (end - p < 64 || outEnd - o < 64)
         {
-          value = static_cast<unsigned>(_mm256_extract_epi16(running, 0));
+          value = static_cast<unsigned>(_mm256_extract_epi16(running, 0)) & 0xFFFF;
           break;
         }
       }
