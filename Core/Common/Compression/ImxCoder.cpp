@@ -15,6 +15,8 @@
 #if defined(__x86_64__) || defined(__i386__)
 #include <immintrin.h>
 #define RTE_IMX_X86 1
+// The vector loops also use the bit instructions every processor with AVX2 has.
+#define RTE_IMX_VECTOR "avx2,bmi,bmi2,popcnt"
 #endif
 
 namespace RTE::ImxCoder
@@ -295,7 +297,15 @@ uint8_t* encodeRowsPortable(const uint8_t* source, std::size_t rows, std::size_t
 
 #if defined(RTE_IMX_X86)
 
-__attribute__((target("avx2"))) inline __m256i load(const uint8_t* p)
+// Whether the AVX2 loops run (they may be switched off for tests and benchmarks).
+bool vectorLoops()
+{
+  static const bool bits =
+      __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("popcnt");
+  return bits && PackKernels::usesAvx2();
+}
+
+__attribute__((target(RTE_IMX_VECTOR))) inline __m256i load(const uint8_t* p)
 {
   return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
 }
@@ -308,7 +318,7 @@ struct Block
   uint32_t fit, small;
 };
 
-__attribute__((target("avx2"))) inline Block classify(const uint8_t* at)
+__attribute__((target(RTE_IMX_VECTOR))) inline Block classify(const uint8_t* at)
 {
   // The plain difference of two words is the saturated signed difference of the words
   // less 0x8000: exact where it matters (-126..126), far outside where it does not. Its
@@ -344,7 +354,7 @@ constexpr ShiftTables shiftTables;
 
 // Bytes from, from + 1, ... of the 32 bytes whose halves are in both lanes of low and
 // high (0 past the end), without a round trip through memory; from <= 64.
-__attribute__((target("avx2"))) inline __m256i bytesFrom(__m256i low, __m256i high, unsigned from)
+__attribute__((target(RTE_IMX_VECTOR))) inline __m256i bytesFrom(__m256i low, __m256i high, unsigned from)
 {
   return _mm256_or_si256(
       _mm256_shuffle_epi8(low, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(shiftTables.low + from))),
@@ -354,8 +364,8 @@ __attribute__((target("avx2"))) inline __m256i bytesFrom(__m256i low, __m256i hi
 // Stores the token of the literal at word index (32: none) and the delta bytes after it,
 // for a block whose bytes start at o and in which shift bytes of earlier tokens come
 // before it. A missing literal writes only past the block's bytes.
-__attribute__((target("avx2"), always_inline)) inline void insertLiteral(uint8_t* o, const uint8_t* at, __m256i low,
-                                                                         __m256i high, unsigned index, unsigned shift)
+__attribute__((target(RTE_IMX_VECTOR), always_inline)) inline void
+insertLiteral(uint8_t* o, const uint8_t* at, __m256i low, __m256i high, unsigned index, unsigned shift)
 {
   const uint32_t token = literalToken | (loadWord(at + 2 * index) << 8);
   std::memcpy(o + index + shift, &token, 4);
@@ -370,8 +380,8 @@ __attribute__((target("avx2"), always_inline)) inline void insertLiteral(uint8_t
 // word 32 and writes only past the block's bytes, so half the blocks, which have none,
 // need no branch), the others when there are any. Returns false, having written
 // nothing, for any other block.
-__attribute__((target("avx2"), always_inline)) inline bool quickBlock(Encoder& e, const uint8_t* at, const Block& block,
-                                                                      unsigned count)
+__attribute__((target(RTE_IMX_VECTOR), always_inline)) inline bool quickBlock(Encoder& e, const uint8_t* at,
+                                                                              const Block& block, unsigned count)
 {
   const uint32_t valid = count == 32 ? 0xFFFFFFFFu : (1u << count) - 1;
   const uint32_t literals = ~block.fit & valid;
@@ -397,22 +407,16 @@ __attribute__((target("avx2"), always_inline)) inline bool quickBlock(Encoder& e
   _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), block.bytes);
   const __m256i low = _mm256_permute2x128_si256(block.bytes, block.bytes, 0x00);
   const __m256i high = _mm256_permute2x128_si256(block.bytes, block.bytes, 0x11);
-  const auto indexOf = [](uint32_t bits) { return static_cast<unsigned>(__builtin_ctzll(bits | (uint64_t{1} << 32))); };
-  insertLiteral(o, at, low, high, indexOf(literals), 0);
-  unsigned tokens = static_cast<unsigned>(literals != 0);
+  // tzcnt gives 32 for no literal.
+  insertLiteral(o, at, low, high, _tzcnt_u32(literals), 0);
   if (second != 0)
-  {
-    insertLiteral(o, at, low, high, indexOf(second), 2);
-    ++tokens;
-  }
+    insertLiteral(o, at, low, high, _tzcnt_u32(second), 2);
   if (third != 0)
   {
-    const uint32_t fourth = third & (third - 1);
-    insertLiteral(o, at, low, high, indexOf(third), 4);
-    insertLiteral(o, at, low, high, indexOf(fourth), 6);
-    tokens += 1 + static_cast<unsigned>(fourth != 0);
+    insertLiteral(o, at, low, high, _tzcnt_u32(third), 4);
+    insertLiteral(o, at, low, high, _tzcnt_u32(third & (third - 1)), 6);
   }
-  e.out = o + count + 2 * tokens;
+  e.out = o + count + 2 * static_cast<unsigned>(__builtin_popcount(literals));
   // The literals and the small deltas at the block's end stay pending and open.
   e.pending = static_cast<unsigned>(__builtin_clz(~(literals << (32 - count))));
   e.runLength =
@@ -427,7 +431,7 @@ __attribute__((target("avx2"), always_inline)) inline bool quickBlock(Encoder& e
 // literal streak as 0x80 tokens or, when it ends inside the block and nothing is pending
 // before it, directly as a 0x7F run. The rest (literals and closing runs in one block,
 // 255 pending literals) goes the plain way.
-__attribute__((target("avx2"), noinline)) unsigned fullBlock(Encoder& e, const uint8_t* at, Block block)
+__attribute__((target(RTE_IMX_VECTOR), noinline)) unsigned fullBlock(Encoder& e, const uint8_t* at, Block block)
 {
   const uint32_t literals = ~block.fit;
   const uint32_t small = block.small;
@@ -530,8 +534,8 @@ __attribute__((target("avx2"), noinline)) unsigned fullBlock(Encoder& e, const u
 // reads up to 48 words from its start and writes less than 128 bytes past the output's
 // end before it, which is at most 3 bytes per word taken: so when the call holds 48
 // words from the block's start, every write stays inside its 3 bytes per word.
-__attribute__((target("avx2"))) uint8_t* encodeRowsAvx2(const uint8_t* source, std::size_t rows, std::size_t columns,
-                                                        EncoderState& state, uint8_t* out)
+__attribute__((target(RTE_IMX_VECTOR))) uint8_t* encodeRowsAvx2(const uint8_t* source, std::size_t rows,
+                                                                std::size_t columns, EncoderState& state, uint8_t* out)
 {
   constexpr std::size_t reach = 48;
   Encoder e{out, state.previous, state.pending};
@@ -581,7 +585,7 @@ __attribute__((target("avx2"))) uint8_t* encodeRowsAvx2(const uint8_t* source, s
 uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns, EncoderState& state, uint8_t* out)
 {
 #if defined(RTE_IMX_X86)
-  if (PackKernels::usesAvx2())
+  if (vectorLoops())
     return encodeRowsAvx2(source, rows, columns, state, out);
 #endif
   return encodeRowsPortable(source, rows, columns, state, out);
@@ -1003,7 +1007,7 @@ DecodeResult decodePortable(const uint8_t* source, std::size_t sourceSize, uint8
 #if defined(RTE_IMX_X86)
 
 // Word 7 of each lane in every word of that lane.
-__attribute__((target("avx2"))) inline __m256i laneLast(__m256i v)
+__attribute__((target(RTE_IMX_VECTOR))) inline __m256i laneLast(__m256i v)
 {
   return _mm256_shuffle_epi8(v, _mm256_set1_epi16(0x0F0E));
 }
@@ -1016,7 +1020,7 @@ struct Sums
   __m256i low, high;
 };
 
-__attribute__((target("avx2"))) inline Sums prefixSums(__m256i bytes)
+__attribute__((target(RTE_IMX_VECTOR))) inline Sums prefixSums(__m256i bytes)
 {
   __m256i a = _mm256_srai_epi16(_mm256_unpacklo_epi8(bytes, bytes), 8);
   __m256i b = _mm256_srai_epi16(_mm256_unpackhi_epi8(bytes, bytes), 8);
@@ -1035,14 +1039,14 @@ __attribute__((target("avx2"))) inline Sums prefixSums(__m256i bytes)
 }
 
 // Word 15 of v in every word.
-__attribute__((target("avx2"))) inline __m256i broadcastLast(__m256i v)
+__attribute__((target(RTE_IMX_VECTOR))) inline __m256i broadcastLast(__m256i v)
 {
   return _mm256_permute2x128_si256(laneLast(v), laneLast(v), 0x11);
 }
 
 // Bit i: byte i from at is 0x7F, 0x80 or 0x81 (plus one, the three smallest signed
 // bytes); 64 bytes.
-__attribute__((target("avx2"))) inline uint64_t tokenMask(const uint8_t* at)
+__attribute__((target(RTE_IMX_VECTOR))) inline uint64_t tokenMask(const uint8_t* at)
 {
   const __m256i one = _mm256_set1_epi8(1);
   const __m256i limit = _mm256_set1_epi8(-125);
@@ -1060,8 +1064,9 @@ __attribute__((target("avx2"))) inline uint64_t tokenMask(const uint8_t* at)
 // destination has room), and a single literal after them is taken on the spot. The
 // wide loads and stores need 64 bytes of source and destination left; the plain way
 // does the rest, checking every token.
-__attribute__((target("avx2"))) DecodeResult decodeAvx2(const uint8_t* source, std::size_t sourceSize,
-                                                        uint8_t* destination, std::size_t words, std::size_t& consumed)
+__attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t* source, std::size_t sourceSize,
+                                                                uint8_t* destination, std::size_t words,
+                                                                std::size_t& consumed)
 {
   const uint8_t* p = source;
   const uint8_t* const end = source + sourceSize;
@@ -1143,7 +1148,7 @@ DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* dest
                     std::size_t& consumed)
 {
 #if defined(RTE_IMX_X86)
-  if (PackKernels::usesAvx2())
+  if (vectorLoops())
     return decodeAvx2(source, sourceSize, destination, words, consumed);
 #endif
   return decodePortable(source, sourceSize, destination, words, consumed);
