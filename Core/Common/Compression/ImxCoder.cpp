@@ -395,7 +395,7 @@ __attribute__((target(RTE_IMX_VECTOR), always_inline)) inline bool quickBlock(En
   if (((seven << 1) & ~small & valid) != 0 || (lead < count && e.runLength + lead >= shortestNibbleRun))
     return false;
   // Branches on what is rare: pending literals, more than two literals.
-  if (e.pending != 0 && e.pending + static_cast<unsigned>(__builtin_ctz(~literals)) >= 3)
+  if (e.pending != 0 && e.pending + _tzcnt_u32(~literals) >= 3)
     return false;
   if (third != 0)
   {
