@@ -1133,9 +1133,8 @@ __attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t* s
             value = plain == 0 ? static_cast<unsigned>(_mm256_extract_epi16(running, 0)) : loadWord(o - 2);
             break;
           }
-          const unsigned word = loadWord(p + 1);
           std::memcpy(o, p + 1, 2);
-          running = _mm256_set1_epi16(static_cast<short>(word));
+          running = _mm256_broadcastw_epi16(_mm_loadu_si16(p + 1));
           p += 3;
           o += 2;
           tokens >>= plain + 3;
