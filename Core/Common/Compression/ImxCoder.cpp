@@ -883,8 +883,8 @@ namespace
 
 // Decodes one token (or one nibble block) at p; false with result set when the stream
 // is damaged. value is the running value.
-inline bool decodeToken(const uint8_t*& p, const uint8_t* end, uint8_t*& o, uint8_t* outEnd, unsigned& value,
-                        DecodeResult& result)
+[[gnu::always_inline]] inline bool decodeToken(const uint8_t*& p, const uint8_t* end, uint8_t*& o, uint8_t* outEnd,
+                                               unsigned& value, DecodeResult& result)
 {
   const auto put = [&](unsigned word)
   {
