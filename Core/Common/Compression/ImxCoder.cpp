@@ -380,19 +380,20 @@ insertLiteral(uint8_t* o, const uint8_t* at, __m256i low, __m256i high, unsigned
 // word 32 and writes only past the block's bytes, so half the blocks, which have none,
 // need no branch), the others when there are any. Returns false, having written
 // nothing, for any other block.
-__attribute__((target(RTE_IMX_VECTOR), always_inline)) inline bool quickBlock(Encoder& e, const uint8_t* at,
-                                                                              const Block& block, unsigned count)
+// tail: the small-delta bits of the 32 words before the block (the open run at its top);
+// the block's own bits after a full block.
+__attribute__((target(RTE_IMX_VECTOR), always_inline)) inline bool
+quickBlock(Encoder& e, const uint8_t* at, const Block& block, unsigned count, uint32_t& tail)
 {
   const uint32_t valid = count == 32 ? 0xFFFFFFFFu : (1u << count) - 1;
   const uint32_t literals = ~block.fit & valid;
   const uint32_t second = literals & (literals - 1); // the literals from the second one on
   const uint32_t third = second & (second - 1);
   const uint32_t small = block.small & valid;
-  // A run of 7 closes inside the block, or the open run closes at the first word that
-  // is not small.
-  const uint32_t two = small & (small << 1), four = two & (two << 2), seven = four & (four << 3);
-  const auto lead = static_cast<unsigned>(__builtin_ctzll(~uint64_t{small}));
-  if (((seven << 1) & ~small & valid) != 0 || (lead < count && e.runLength + lead >= shortestNibbleRun))
+  // A run of 7 (the open one included) closes inside the block.
+  const uint64_t runs = (uint64_t{small} << 32) | tail;
+  const uint64_t two = runs & (runs << 1), four = two & (two << 2), seven = four & (four << 3);
+  if (((seven << 1) & ~runs & (uint64_t{valid} << 32)) != 0)
     return false;
   // Branches on what is rare: pending literals, more than two literals.
   if (e.pending != 0 && e.pending + _tzcnt_u32(~literals) >= 3)
@@ -421,7 +422,14 @@ __attribute__((target(RTE_IMX_VECTOR), always_inline)) inline bool quickBlock(En
   e.pending = static_cast<unsigned>(__builtin_clz(~(literals << (32 - count))));
   e.runLength =
       small == valid ? e.runLength + count : static_cast<std::size_t>(__builtin_clz(~(small << (32 - count))));
+  tail = small;
   return true;
+}
+
+// The tail bits of an open run of the given length.
+inline uint32_t runBits(std::size_t runLength)
+{
+  return runLength >= 32 ? 0xFFFFFFFFu : static_cast<uint32_t>(0xFFFFFFFFull << (32 - runLength));
 }
 
 // Any other block of 32 words; returns the words taken (at least one). A block of
@@ -547,11 +555,12 @@ __attribute__((target(RTE_IMX_VECTOR))) uint8_t* encodeRowsAvx2(const uint8_t* s
     if (left >= reach && columns > 1)
     {
       const std::size_t stop = std::min(columns - 1, left - reach + 32);
+      uint32_t tail = runBits(e.runLength);
       while (column + 32 <= stop)
       {
         const uint8_t* at = source + 2 * column;
         const Block block = classify(at);
-        if (quickBlock(e, at, block, 32))
+        if (quickBlock(e, at, block, 32, tail))
         {
           column += 32;
         }
@@ -561,13 +570,14 @@ __attribute__((target(RTE_IMX_VECTOR))) uint8_t* encodeRowsAvx2(const uint8_t* s
           Encoder state = e;
           column += fullBlock(state, at, block);
           e = state;
+          tail = runBits(e.runLength);
         }
       }
       if (column < stop && column + reach <= left)
       {
         const uint8_t* at = source + 2 * column;
         const auto count = static_cast<unsigned>(stop - column);
-        if (quickBlock(e, at, classify(at), count))
+        if (quickBlock(e, at, classify(at), count, tail))
           column += count;
       }
       e.previous = loadWord(source + 2 * (column - 1));
