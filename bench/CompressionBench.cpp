@@ -234,6 +234,7 @@ MakeCodec imx(bool parallel)
     both("FixedBits12", fixedBits(12), true);
     both("FixedBits12-portable", fixedBits(12), false);
     both("IMX", imx(false), true);
+    both("IMX-portable", imx(false), false);
     // Wall-clock time of the row-parallel encoder on one and on two threads.
     for (unsigned threads : {1u, 2u})
       benchmark::RegisterBenchmark(("IMX-threads" + std::to_string(threads) + "/compress/" + n).c_str(),

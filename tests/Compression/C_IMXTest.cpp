@@ -2,8 +2,10 @@
 
 #include <Core/Common/Compression/C_IMX.h>
 #include <Core/Common/Compression/ImxCoder_p.h>
+#include <Core/Common/Compression/PackKernels_p.h>
 
 #include <algorithm>
+#include <thread>
 
 namespace
 {
@@ -114,6 +116,52 @@ Bytes referenceStream(const std::vector<uint16_t>& words, std::size_t columns)
 namespace
 {
 
+// Images built from stretches of one kind of delta each (small, one-byte, literal, the
+// extremes around them and 0 <-> 0xFFFF jumps), with stretch lengths around the vector
+// loops' block sizes, so runs, literal streaks and row ends fall everywhere in a block.
+std::vector<uint16_t> stretchedImage(std::size_t words, unsigned seed)
+{
+  std::mt19937 random(seed);
+  const auto pick = [&](int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); };
+  std::vector<uint16_t> image;
+  int value = pick(0, 65535);
+  while (image.size() < words)
+  {
+    const int kind = pick(0, 5);
+    const int length = pick(0, 3) == 0 ? pick(250, 520) : pick(1, 40);
+    for (int i = 0; i < length && image.size() < words; ++i)
+    {
+      int delta = 0;
+      switch (kind)
+      {
+      case 0:
+        delta = pick(-7, 7);
+        break; // small
+      case 1:
+        delta = pick(-126, 126);
+        break; // one byte
+      case 2:
+        delta = pick(0, 1) ? pick(127, 3000) : -pick(127, 3000);
+        break; // literal
+      case 3:
+        delta = (pick(0, 1) ? 1 : -1) * (pick(0, 1) ? pick(6, 8) : pick(125, 127));
+        break;
+      case 4:
+        delta = pick(0, 2) == 0 ? pick(-126, 126) : pick(-7, 7);
+        break;
+      default:
+        value = pick(0, 1) ? 0 : 65535;
+        break; // wrapped jumps are literals
+      }
+      value += delta;
+      if (value < 0 || value > 65535)
+        value = std::clamp(value - 2 * delta, 0, 65535);
+      image.push_back(static_cast<uint16_t>(value));
+    }
+  }
+  return image;
+}
+
 } // namespace
 
 TEST(C_IMX, StreamsFollowTheRulesOnVariedImages)
@@ -138,6 +186,38 @@ TEST(C_IMX, StreamsFollowTheRulesOnVariedImages)
       EXPECT_EQ(imx(image, static_cast<qlonglong>(columns), 7, true), expected);
       RTE::ImxCoder::setParallelThreads(0);
     }
+}
+
+TEST(C_IMX, VectorAndPortableLoopsWriteAndReadTheSameStreams)
+{
+  // Row lengths around the 16- and 32-word blocks, rows shorter than a block, one long row.
+  const struct
+  {
+    std::size_t columns, rows;
+  } shapes[] = {{1, 300}, {2, 150}, {31, 20}, {32, 20}, {33, 20}, {34, 19},  {47, 13}, {48, 13},
+                {49, 13}, {64, 11}, {65, 11}, {97, 9},  {200, 7}, {1000, 3}, {4099, 1}};
+  for (bool portable : {false, true})
+    for (const auto& shape : shapes)
+      for (unsigned seed = 0; seed < 6; ++seed)
+      {
+        SCOPED_TRACE(testing::Message() << (portable ? "portable, " : "vector, ") << shape.columns << " x "
+                                        << shape.rows << ", seed " << seed);
+        RTE::PackKernels::setPortableOnly(portable);
+        const std::vector<uint16_t> image = stretchedImage(shape.columns * shape.rows, seed * 131 + shape.columns);
+        const Bytes expected = referenceStream(image, shape.columns);
+        const auto columns = static_cast<qlonglong>(shape.columns), rows = static_cast<qlonglong>(shape.rows);
+        const Bytes stream = imx(image, columns, rows);
+        EXPECT_EQ(stream, expected);
+        RTE::ImxCoder::setParallelThreads(2 + seed % 3);
+        EXPECT_EQ(imx(image, columns, rows, true), expected);
+        RTE::ImxCoder::setParallelThreads(0);
+        EXPECT_EQ(unimx(expected, columns, rows), image);
+        // A stream cut anywhere in its last 70 bytes ends inside the block.
+        for (std::size_t cut = 1; cut <= std::min<std::size_t>(70, expected.size()); ++cut)
+          unimx(Bytes(expected.begin(), expected.end() - static_cast<std::ptrdiff_t>(cut)), columns, rows,
+                I_Compression::ErrorSourceTooShort);
+        RTE::PackKernels::setPortableOnly(false);
+      }
 }
 
 TEST(C_IMX, LiteralsFoldFromThreeAndSplitAt255)
@@ -177,6 +257,22 @@ TEST(C_IMX, LiteralsFoldFromThreeAndSplitAt255)
     EXPECT_EQ(stream, expected);
     EXPECT_EQ(unimx(stream, static_cast<qlonglong>(words.size()), 1), words);
   }
+
+  // The same after every number of deltas, so the 255th literal falls on every word of
+  // a vector block; once in one long row, once in rows of 64.
+  for (std::size_t offset = 0; offset < 40; ++offset)
+    for (std::size_t count : {254u, 255u, 256u, 510u})
+    {
+      SCOPED_TRACE(testing::Message() << offset << " deltas, " << count << " literals");
+      std::vector<uint16_t> words;
+      for (std::size_t i = 0; i < offset; ++i)
+        words.push_back(static_cast<uint16_t>(20 * i));
+      const std::vector<uint16_t> streak = literals(count);
+      words.insert(words.end(), streak.begin(), streak.end());
+      words.resize(1024, 0x100);
+      EXPECT_EQ(imx(words, 0), referenceStream(words, words.size()));
+      EXPECT_EQ(imx(words, 64, 16), referenceStream(words, 64));
+    }
 }
 
 TEST(C_IMX, SmallDeltaRunsBecomeNibbleBlocks)
@@ -226,6 +322,32 @@ TEST(C_IMX, ParallelStreamEqualsTheSerialOne)
   RTE::C_IMX codec;
   codec.SetParameters({{"Columns", 64}, {"Rows", 97}, {"ParallelAuto", true}});
   EXPECT_EQ(compressed(codec, bytesOf(image)).data, imx(image, 64, 97));
+}
+
+TEST(C_IMX, ParallelEncodersRunningAtOnceGiveTheSerialStreams)
+{
+  // Callers at the same time share the kept helper threads or start their own; rows
+  // longer than a piece make one piece per row.
+  std::vector<std::pair<std::vector<uint16_t>, qlonglong>> images;
+  for (unsigned seed = 0; seed < 4; ++seed)
+    images.emplace_back(stretchedImage(seed == 3 ? 70000 * 3 : 300 * 200, seed + 17), seed == 3 ? 70000 : 300);
+  std::vector<Bytes> serial;
+  for (const auto& [image, columns] : images)
+    serial.push_back(imx(image, columns, static_cast<qlonglong>(image.size()) / columns));
+
+  RTE::ImxCoder::setParallelThreads(2);
+  std::vector<std::thread> callers;
+  for (std::size_t i = 0; i < images.size(); ++i)
+    callers.emplace_back(
+        [&, i]
+        {
+          const auto& [image, columns] = images[i];
+          for (int repeat = 0; repeat < 5; ++repeat)
+            EXPECT_EQ(imx(image, columns, static_cast<qlonglong>(image.size()) / columns, true), serial[i]) << i;
+        });
+  for (std::thread& caller : callers)
+    caller.join();
+  RTE::ImxCoder::setParallelThreads(0);
 }
 
 TEST(C_IMX, ParametersSizesAndErrors)

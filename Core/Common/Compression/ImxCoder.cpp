@@ -1,14 +1,22 @@
 #include <Core/Common/Compression/ImxCoder_p.h>
 
+#include <Core/Common/Compression/PackKernels_p.h>
+
 #include <algorithm>
 #include <atomic>
+#include <condition_variable>
 #include <cstring>
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <thread>
 #include <vector>
 
-#if defined(__SSE2__)
-#include <emmintrin.h>
+#if defined(__x86_64__) || defined(__i386__)
+#include <immintrin.h>
+#define RTE_IMX_X86 1
+// The vector loops also use the bit instructions every processor with AVX2 has.
+#define RTE_IMX_VECTOR "avx2,bmi,bmi2,popcnt"
 #endif
 
 namespace RTE::ImxCoder
@@ -27,7 +35,13 @@ std::atomic<unsigned> configuredThreads{0};
 
 inline unsigned loadWord(const uint8_t* p)
 {
+#if defined(__BYTE_ORDER__) && __BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__
+  uint16_t word;
+  std::memcpy(&word, p, 2);
+  return word;
+#else
   return static_cast<unsigned>(p[0]) | (static_cast<unsigned>(p[1]) << 8);
+#endif
 }
 
 inline bool isSmall(int delta)
@@ -85,20 +99,37 @@ inline uint8_t* packNibbles(uint8_t* run, std::size_t length)
   return run + pairs + 2;
 }
 
-// The serial encoder from a given state: previous is the running value, pending the
-// number of literal tokens already written just before out that may still fold.
+// The serial encoder's state between calls: previous is the running value, pending the
+// number of literal tokens already written just before the output that may still fold.
 struct EncoderState
 {
   unsigned previous = 0;
   unsigned pending = 0;
 };
 
-uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns, EncoderState& state, uint8_t* out)
+// Moves at most 32 bytes to a lower address.
+inline void moveDown(uint8_t* to, const uint8_t* from, std::size_t count)
 {
-  unsigned previous = state.previous;
-  unsigned pending = state.pending;
+#if defined(__SSE2__)
+  const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+  const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + 16));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), low);
+  if (count > 16)
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to + 16), high);
+#else
+  std::memmove(to, from, count);
+#endif
+}
 
-  const auto writeLiteral = [&](unsigned word)
+// The word-by-word encoder; the vector loops use it for the words they do not take.
+struct Encoder
+{
+  uint8_t* out;
+  unsigned previous;
+  unsigned pending;
+  std::size_t runLength = 0; // the open run: its one-byte small deltas end at out
+
+  [[gnu::always_inline]] inline void writeLiteral(unsigned word)
   {
     out[0] = literalToken;
     out[1] = static_cast<uint8_t>(word);
@@ -109,57 +140,115 @@ uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns
       out = foldLiterals(out, pending);
       pending = 0;
     }
-  };
-  const auto flushLiterals = [&]
+  }
+
+  [[gnu::always_inline]] inline void flushLiterals()
   {
     if (pending >= 3)
       out = foldLiterals(out, pending);
     pending = 0;
-  };
+  }
 
+  // last: the row's last word, which closes any run.
+  [[gnu::always_inline]] inline void step(unsigned word, bool last)
+  {
+    const int delta = static_cast<int>(word) - static_cast<int>(previous);
+    previous = word;
+    if (isSmall(delta) && !last)
+    {
+      if (pending != 0)
+        flushLiterals();
+      ++runLength;
+      *out++ = static_cast<uint8_t>(delta);
+      return;
+    }
+    if (runLength >= shortestNibbleRun)
+      out = packNibbles(out - runLength, runLength);
+    runLength = 0;
+    if (fitsByte(delta))
+    {
+      if (pending != 0)
+        flushLiterals();
+      *out++ = static_cast<uint8_t>(delta);
+    }
+    else
+    {
+      writeLiteral(word);
+    }
+  }
+
+  // The delta bytes of count words are stored at out (flushed literals before them);
+  // small is the bit mask of their small deltas, closes (bit 32 + i for word i) the words
+  // at which a run of at least 7 ends. Packs those runs in place and moves the bytes
+  // after each one up.
+  [[gnu::always_inline]] inline void takeDeltaBytes(unsigned count, uint32_t small, uint64_t closes)
+  {
+    uint8_t* const base = out;
+    std::size_t moved = 0; // bytes the block has moved up by packing
+    while (closes != 0)
+    {
+      const unsigned i = static_cast<unsigned>(__builtin_ctzll(closes)) - 32;
+      closes &= closes - 1;
+      const uint32_t othersBefore = ~small & ((1u << i) - 1);
+      // The run began before the block (it is the open run) or at the block's start.
+      uint8_t* start = base - runLength;
+      std::size_t length = runLength + i;
+      if (othersBefore != 0)
+      {
+        const unsigned first = 32 - static_cast<unsigned>(__builtin_clz(othersBefore));
+        start = base + first - moved;
+        length = i - first;
+      }
+      uint8_t* const packedEnd = packNibbles(start, length);
+      uint8_t* const rest = base + i - moved;
+      moveDown(packedEnd, rest, count - i);
+      moved += static_cast<std::size_t>(rest - packedEnd);
+    }
+    out = base + count - moved;
+    const uint32_t all = count == 32 ? 0xFFFFFFFFu : (1u << count) - 1;
+    // The run still open is the small deltas at the end of the block.
+    if (small == all)
+      runLength += count;
+    else
+      runLength = static_cast<std::size_t>(__builtin_clz(~(small << (32 - count))));
+  }
+
+  // Bits 32 + i of the result: word i of a block of 32 ends a run of 7 or more small
+  // deltas (the run open before the block counts).
+  [[gnu::always_inline]] inline uint64_t runCloses(uint64_t small) const
+  {
+    const uint64_t carried = runLength >= 32 ? 0xFFFFFFFFull : (0xFFFFFFFFull << (32 - runLength)) & 0xFFFFFFFFull;
+    const uint64_t runs = (small << 32) | carried;
+    const uint64_t two = runs & (runs << 1), four = two & (two << 2), seven = four & (four << 3);
+    return (seven << 1) & ~runs;
+  }
+};
+
+// Where the SSE2 loop of a row stops: before its last word, and early enough that its
+// wide loads and stores (less than 48 bytes past the output before a block) stay inside
+// the 3 bytes per word of the whole call. left is the words of the call from the row on.
+inline std::size_t vectorEnd(std::size_t columns, std::size_t left)
+{
+  constexpr std::size_t margin = 16;
+  return std::min(columns - 1, left > margin ? left - margin : 0);
+}
+
+uint8_t* encodeRowsPortable(const uint8_t* source, std::size_t rows, std::size_t columns, EncoderState& state,
+                            uint8_t* out)
+{
+  Encoder e{out, state.previous, state.pending};
   for (std::size_t row = 0; row < rows; ++row, source += 2 * columns)
   {
-    uint8_t* run = nullptr;
-    std::size_t runLength = 0;
-    const auto step = [&](std::size_t column)
-    {
-      const unsigned word = loadWord(source + 2 * column);
-      const int delta = static_cast<int>(word) - static_cast<int>(previous);
-      previous = word;
-      if (isSmall(delta) && column + 1 < columns)
-      {
-        if (pending != 0)
-          flushLiterals();
-        if (runLength++ == 0)
-          run = out;
-        *out++ = static_cast<uint8_t>(delta);
-        return;
-      }
-      if (runLength >= shortestNibbleRun)
-        out = packNibbles(run, runLength);
-      runLength = 0;
-      if (fitsByte(delta))
-      {
-        if (pending != 0)
-          flushLiterals();
-        *out++ = static_cast<uint8_t>(delta);
-      }
-      else
-      {
-        writeLiteral(word);
-      }
-    };
-
     std::size_t column = 0;
 #if defined(__SSE2__)
     // Sixteen words at a time: the longest prefix of one-byte deltas is written as its 16
-    // delta bytes at once; runs of 7 or more small deltas that close inside it are then
-    // packed in place and the bytes after them moved up. A word that needs a literal goes
-    // the plain way. Word 0 does too (its predecessor is not in this row), and the loop
-    // stops before the row's last word.
-    if (columns > 0)
-      step(column++);
-    while (column + 16 < columns)
+    // delta bytes at once, then the runs of 7 or more small deltas closing inside it are
+    // packed. A word that needs a literal goes the plain way. Word 0 does too (its
+    // predecessor is not in this row).
+    e.step(loadWord(source), columns == 1);
+    column = 1;
+    const std::size_t stop = vectorEnd(columns, (rows - row) * columns);
+    while (column + 16 <= stop)
     {
       const uint8_t* at = source + 2 * column;
       const __m128i current0 = _mm_loadu_si128(reinterpret_cast<const __m128i*>(at));
@@ -179,89 +268,343 @@ uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns
         // Literals: take all those at the block's start the plain way.
         const unsigned literals = fitMask == 0 ? 16 : static_cast<unsigned>(__builtin_ctz(fitMask));
         for (const std::size_t end = column + literals; column < end; ++column)
-          step(column);
+          e.step(loadWord(source + 2 * column), false);
         continue;
       }
-      if (pending != 0)
-        flushLiterals();
+      if (e.pending != 0)
+        e.flushLiterals();
       const uint32_t prefix = count == 16 ? 0xFFFFu : (1u << count) - 1;
-      const uint32_t smallMask =
-          static_cast<uint32_t>(
-              _mm_movemask_epi8(_mm_packs_epi16(_mm_cmpeq_epi16(_mm_subs_epu16(size0, _mm_set1_epi16(7)), zero),
-                                                _mm_cmpeq_epi16(_mm_subs_epu16(size1, _mm_set1_epi16(7)), zero)))) &
-          prefix;
+      const uint32_t small = static_cast<uint32_t>(_mm_movemask_epi8(
+                                 _mm_packs_epi16(_mm_cmpeq_epi16(_mm_subs_epu16(size0, _mm_set1_epi16(7)), zero),
+                                                 _mm_cmpeq_epi16(_mm_subs_epu16(size1, _mm_set1_epi16(7)), zero)))) &
+                             prefix;
       const __m128i mask = _mm_set1_epi16(0xFF);
       const __m128i bytes = _mm_packus_epi16(_mm_and_si128(_mm_sub_epi16(current0, before0), mask),
                                              _mm_and_si128(_mm_sub_epi16(current1, before1), mask));
-      uint8_t* const base = out;
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(base), bytes);
-
-      // Bit 16 + i stands for word i; the low half holds the run open before the block.
-      const uint32_t carried = runLength >= 16 ? 0xFFFFu : (0xFFFFu << (16 - runLength)) & 0xFFFFu;
-      const uint32_t runs = (smallMask << 16) | carried;
-      uint32_t seven = runs;
-      for (int shift = 1; shift < 7; ++shift)
-        seven &= runs << shift;
-      uint32_t closes = (seven << 1) & ~runs & (prefix << 16);
-      std::size_t moved = 0; // bytes the block has moved up by packing
-      while (closes != 0)
-      {
-        const unsigned i = static_cast<unsigned>(__builtin_ctz(closes)) - 16;
-        closes &= closes - 1;
-        const uint32_t othersBefore = ~smallMask & ((1u << i) - 1);
-        // The run began before the block (it is the open run) or at the block's start.
-        uint8_t* start = runLength > 0 ? run : base;
-        std::size_t length = runLength + i;
-        if (othersBefore != 0)
-        {
-          const unsigned first = 32 - static_cast<unsigned>(__builtin_clz(othersBefore));
-          start = base + first - moved;
-          length = i - first;
-        }
-        uint8_t* const packedEnd = packNibbles(start, length);
-        uint8_t* const rest = base + i - moved;
-        std::memmove(packedEnd, rest, 16 - i);
-        moved += static_cast<std::size_t>(rest - packedEnd);
-      }
-      out = base + count - moved;
-      if (smallMask == prefix)
-      {
-        if (runLength == 0)
-          run = base;
-        runLength += count;
-      }
-      else
-      {
-        // The run still open is the small deltas at the end of the prefix.
-        runLength = static_cast<std::size_t>(__builtin_clz(~(smallMask << (32 - count))));
-        run = out - runLength;
-      }
-      previous = loadWord(at + 2 * (count - 1));
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(e.out), bytes);
+      e.takeDeltaBytes(count, small, e.runCloses(small) & (static_cast<uint64_t>(prefix) << 32));
+      e.previous = loadWord(at + 2 * (count - 1));
       column += count;
     }
 #endif
     for (; column < columns; ++column)
-      step(column);
+      e.step(loadWord(source + 2 * column), column + 1 == columns);
   }
-  state.previous = previous;
-  state.pending = pending;
-  return out;
+  state.previous = e.previous;
+  state.pending = e.pending;
+  return e.out;
+}
+
+#if defined(RTE_IMX_X86)
+
+// Whether the AVX2 loops run (they may be switched off for tests and benchmarks).
+bool vectorLoops()
+{
+  static const bool bits =
+      __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("popcnt");
+  return bits && PackKernels::usesAvx2();
+}
+
+__attribute__((target(RTE_IMX_VECTOR))) inline __m256i load(const uint8_t* p)
+{
+  return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+}
+
+// The 32 words of a block: their one-byte deltas (the low bytes of the wrapped
+// differences) and bit masks of the words whose delta fits a byte and is small.
+struct Block
+{
+  __m256i bytes;
+  uint32_t fit, small;
+};
+
+__attribute__((target(RTE_IMX_VECTOR))) inline Block classify(const uint8_t* at)
+{
+  // The plain difference of two words is the saturated signed difference of the words
+  // less 0x8000: exact where it matters (-126..126), far outside where it does not. Its
+  // low byte is a one-byte delta. packs works per 128-bit lane; the permute puts the 32
+  // results back in order.
+  const __m256i bias = _mm256_set1_epi16(static_cast<short>(0x8000));
+  const __m256i difference0 = _mm256_subs_epi16(_mm256_xor_si256(load(at), bias), _mm256_xor_si256(load(at - 2), bias));
+  const __m256i difference1 =
+      _mm256_subs_epi16(_mm256_xor_si256(load(at + 32), bias), _mm256_xor_si256(load(at + 30), bias));
+  const __m256i bytes = _mm256_permute4x64_epi64(_mm256_packs_epi16(difference0, difference1), 0xD8);
+  // |delta| as an unsigned byte: -128 (from -32768..-128) gives 128.
+  const __m256i sizes = _mm256_abs_epi8(bytes);
+  const __m256i fit = _mm256_cmpeq_epi8(_mm256_min_epu8(sizes, _mm256_set1_epi8(126)), sizes);
+  const __m256i small = _mm256_cmpeq_epi8(_mm256_min_epu8(sizes, _mm256_set1_epi8(7)), sizes);
+  return {bytes, static_cast<uint32_t>(_mm256_movemask_epi8(fit)), static_cast<uint32_t>(_mm256_movemask_epi8(small))};
+}
+
+// Pick-up patterns for bytesFrom: byte j of the first picks byte j of the low half
+// (j < 16), of the second byte j - 16 of the high half (16 <= j < 32); others give 0.
+struct alignas(64) ShiftTables
+{
+  uint8_t low[96], high[96];
+  constexpr ShiftTables() : low(), high()
+  {
+    for (int j = 0; j < 96; ++j)
+    {
+      low[j] = j < 16 ? static_cast<uint8_t>(j) : 0x80;
+      high[j] = j >= 16 && j < 32 ? static_cast<uint8_t>(j - 16) : 0x80;
+    }
+  }
+};
+constexpr ShiftTables shiftTables;
+
+// Bytes from, from + 1, ... of the 32 bytes whose halves are in both lanes of low and
+// high (0 past the end), without a round trip through memory; from <= 64.
+__attribute__((target(RTE_IMX_VECTOR))) inline __m256i bytesFrom(__m256i low, __m256i high, unsigned from)
+{
+  return _mm256_or_si256(
+      _mm256_shuffle_epi8(low, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(shiftTables.low + from))),
+      _mm256_shuffle_epi8(high, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(shiftTables.high + from))));
+}
+
+// Stores the token of the literal at word index (32: none) and the delta bytes after it,
+// for a block whose bytes start at o and in which shift bytes of earlier tokens come
+// before it. A missing literal writes only past the block's bytes.
+__attribute__((target(RTE_IMX_VECTOR), always_inline)) inline void
+insertLiteral(uint8_t* o, const uint8_t* at, __m256i low, __m256i high, unsigned index, unsigned shift)
+{
+  const uint32_t token = literalToken | (loadWord(at + 2 * index) << 8);
+  std::memcpy(o + index + shift, &token, 4);
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + index + shift + 3), bytesFrom(low, high, index + 1));
+}
+
+// The quick way for the first count words of a block: at most four literals, no literal
+// streak of three (with those pending before) and no run of 7 small deltas closing. Then
+// nothing folds or packs, and pending literals before the block just end. The delta
+// bytes are stored, then for each literal its token and the delta bytes after it, 2
+// bytes further up than the one before: the first always (a missing literal counts as
+// word 32 and writes only past the block's bytes, so half the blocks, which have none,
+// need no branch), the others when there are any. Returns false, having written
+// nothing, for any other block.
+// tail: the small-delta bits of the 32 words before the block (the open run at its top);
+// the block's own bits after a full block.
+__attribute__((target(RTE_IMX_VECTOR), always_inline)) inline bool
+quickBlock(Encoder& e, const uint8_t* at, const Block& block, unsigned count, uint32_t& tail)
+{
+  const uint32_t valid = count == 32 ? 0xFFFFFFFFu : (1u << count) - 1;
+  const uint32_t literals = ~block.fit & valid;
+  const uint32_t second = literals & (literals - 1); // the literals from the second one on
+  const uint32_t third = second & (second - 1);
+  const uint32_t small = block.small & valid;
+  // A run of 7 (the open one included) closes inside the block.
+  const uint64_t runs = (uint64_t{small} << 32) | tail;
+  const uint64_t two = runs & (runs << 1), four = two & (two << 2), seven = four & (four << 3);
+  if (((seven << 1) & ~runs & (uint64_t{valid} << 32)) != 0)
+    return false;
+  // Branches on what is rare: pending literals, more than two literals.
+  if (e.pending != 0 && e.pending + _tzcnt_u32(~literals) >= 3)
+    return false;
+  if (third != 0)
+  {
+    const uint32_t fourth = third & (third - 1);
+    if ((fourth & (fourth - 1)) != 0 || (literals & (literals >> 1) & (literals >> 2)) != 0)
+      return false;
+  }
+  uint8_t* const o = e.out;
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), block.bytes);
+  const __m256i low = _mm256_permute2x128_si256(block.bytes, block.bytes, 0x00);
+  const __m256i high = _mm256_permute2x128_si256(block.bytes, block.bytes, 0x11);
+  // tzcnt gives 32 for no literal.
+  insertLiteral(o, at, low, high, _tzcnt_u32(literals), 0);
+  if (second != 0)
+    insertLiteral(o, at, low, high, _tzcnt_u32(second), 2);
+  if (third != 0)
+  {
+    insertLiteral(o, at, low, high, _tzcnt_u32(third), 4);
+    insertLiteral(o, at, low, high, _tzcnt_u32(third & (third - 1)), 6);
+  }
+  e.out = o + count + 2 * static_cast<unsigned>(__builtin_popcount(literals));
+  // The literals and the small deltas at the block's end stay pending and open.
+  e.pending = static_cast<unsigned>(__builtin_clz(~(literals << (32 - count))));
+  e.runLength =
+      small == valid ? e.runLength + count : static_cast<std::size_t>(__builtin_clz(~(small << (32 - count))));
+  tail = small;
+  return true;
+}
+
+// The tail bits of an open run of the given length.
+inline uint32_t runBits(std::size_t runLength)
+{
+  return runLength >= 32 ? 0xFFFFFFFFu : static_cast<uint32_t>(0xFFFFFFFFull << (32 - runLength));
+}
+
+// Any other block of 32 words; returns the words taken (at least one). A block of
+// one-byte deltas is stored as its 32 delta bytes, then the runs of 7 or more small
+// deltas closing inside it are packed. A block with literals but no such run is written
+// segment by segment: the delta bytes between literals as one wide store each, every
+// literal streak as 0x80 tokens or, when it ends inside the block and nothing is pending
+// before it, directly as a 0x7F run. The rest (literals and closing runs in one block,
+// 255 pending literals) goes the plain way.
+__attribute__((target(RTE_IMX_VECTOR), noinline)) unsigned fullBlock(Encoder& e, const uint8_t* at, Block block)
+{
+  const uint32_t literals = ~block.fit;
+  const uint32_t small = block.small;
+  const uint64_t closes = e.runCloses(small);
+  if (literals == 0)
+  {
+    if (e.pending != 0)
+      e.flushLiterals();
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(e.out), block.bytes);
+    e.takeDeltaBytes(32, small, closes);
+    return 32;
+  }
+  if (closes != 0)
+  {
+    // Literals and a closing run: the delta prefix as above, or the literals at the
+    // block's start word by word.
+    const auto count = static_cast<unsigned>(__builtin_ctz(literals));
+    if (count == 0)
+    {
+      const unsigned streak = block.fit == 0 ? 32 : static_cast<unsigned>(__builtin_ctz(block.fit));
+      e.previous = loadWord(at - 2);
+      for (unsigned k = 0; k < streak; ++k)
+        e.step(loadWord(at + 2 * k), false);
+      return streak;
+    }
+    if (e.pending != 0)
+      e.flushLiterals();
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(e.out), block.bytes);
+    const uint32_t prefix = (1u << count) - 1;
+    e.takeDeltaBytes(count, small & prefix, closes & (uint64_t{prefix} << 32));
+    return count;
+  }
+  const __m256i low = _mm256_permute2x128_si256(block.bytes, block.bytes, 0x00);
+  const __m256i high = _mm256_permute2x128_si256(block.bytes, block.bytes, 0x11);
+  uint8_t* o = e.out;
+  unsigned pending = e.pending;
+  unsigned i = 0; // the next word to write
+  for (;;)
+  {
+    const uint32_t ahead = i == 32 ? 0 : literals >> i << i;
+    const unsigned j = ahead == 0 ? 32 : static_cast<unsigned>(__builtin_ctz(ahead));
+    if (j > i)
+    {
+      // Delta bytes i .. j - 1 (all one-byte: no run closes in this block).
+      if (pending != 0)
+      {
+        if (pending >= 3)
+          o = foldLiterals(o, pending);
+        pending = 0;
+      }
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), bytesFrom(low, high, i));
+      o += j - i;
+    }
+    if (j == 32)
+      break;
+    const uint32_t fitAhead = block.fit >> j;
+    const unsigned end = fitAhead == 0 ? 32 : j + static_cast<unsigned>(__builtin_ctz(fitAhead));
+    const unsigned streak = end - j;
+    if (pending + streak >= longestLiteralRun)
+    {
+      e.out = o;
+      e.pending = pending;
+      for (unsigned k = j; k < end; ++k)
+        e.writeLiteral(loadWord(at + 2 * k));
+      o = e.out;
+      pending = e.pending;
+    }
+    else if (end < 32 && pending == 0 && streak >= 3)
+    {
+      // A delta follows inside the block: the streak folds at once.
+      o[0] = literalRunToken;
+      o[1] = static_cast<uint8_t>(streak);
+      const uint8_t* words = at + 2 * j;
+      _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 2),
+                          _mm256_loadu_si256(reinterpret_cast<const __m256i*>(words)));
+      if (streak > 16)
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 34),
+                            _mm256_loadu_si256(reinterpret_cast<const __m256i*>(words + 32)));
+      o += 2 + 2 * streak;
+    }
+    else
+    {
+      for (unsigned k = j; k < end; ++k, o += 3)
+      {
+        const uint32_t token = literalToken | (loadWord(at + 2 * k) << 8);
+        std::memcpy(o, &token, 4);
+      }
+      pending += streak;
+    }
+    i = end;
+  }
+  e.out = o;
+  e.pending = pending;
+  e.runLength = small >> 31 != 0 ? static_cast<std::size_t>(__builtin_clz(~small)) : 0;
+  return 32;
+}
+
+// 32 words at a time; see quickBlock and fullBlock. The blocks of a row end before its
+// last word (the last block may be shorter and then only goes the quick way). A block
+// reads up to 48 words from its start and writes less than 128 bytes past the output's
+// end before it, which is at most 3 bytes per word taken: so when the call holds 48
+// words from the block's start, every write stays inside its 3 bytes per word.
+__attribute__((target(RTE_IMX_VECTOR))) uint8_t* encodeRowsAvx2(const uint8_t* source, std::size_t rows,
+                                                                std::size_t columns, EncoderState& state, uint8_t* out)
+{
+  constexpr std::size_t reach = 48;
+  Encoder e{out, state.previous, state.pending};
+  for (std::size_t row = 0; row < rows; ++row, source += 2 * columns)
+  {
+    e.step(loadWord(source), columns == 1);
+    std::size_t column = 1;
+    const std::size_t left = (rows - row) * columns;
+    if (left >= reach && columns > 1)
+    {
+      const std::size_t stop = std::min(columns - 1, left - reach + 32);
+      uint32_t tail = runBits(e.runLength);
+      while (column + 32 <= stop)
+      {
+        const uint8_t* at = source + 2 * column;
+        const Block block = classify(at);
+        if (quickBlock(e, at, block, 32, tail))
+        {
+          column += 32;
+        }
+        else
+        {
+          // Through a copy, so that the encoder's state can stay in registers here.
+          Encoder state = e;
+          column += fullBlock(state, at, block);
+          e = state;
+          tail = runBits(e.runLength);
+        }
+      }
+      if (column < stop && column + reach <= left)
+      {
+        const uint8_t* at = source + 2 * column;
+        const auto count = static_cast<unsigned>(stop - column);
+        if (quickBlock(e, at, classify(at), count, tail))
+          column += count;
+      }
+      e.previous = loadWord(source + 2 * (column - 1));
+    }
+    for (; column < columns; ++column)
+      e.step(loadWord(source + 2 * column), column + 1 == columns);
+  }
+  state.previous = e.previous;
+  state.pending = e.pending;
+  return e.out;
+}
+
+#endif
+
+uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns, EncoderState& state, uint8_t* out)
+{
+#if defined(RTE_IMX_X86)
+  if (vectorLoops())
+    return encodeRowsAvx2(source, rows, columns, state, out);
+#endif
+  return encodeRowsPortable(source, rows, columns, state, out);
 }
 
 bool isLiteral(const uint8_t* source, std::size_t index)
 {
   const unsigned before = index == 0 ? 0 : loadWord(source + 2 * (index - 1));
   return !fitsByte(static_cast<int>(loadWord(source + 2 * index)) - static_cast<int>(before));
-}
-
-// The literal tokens pending just before word index: the literal streak ending there,
-// less the full runs of 255 already folded.
-unsigned pendingLiteralsBefore(const uint8_t* source, std::size_t index)
-{
-  std::size_t streak = 0;
-  while (streak < index && isLiteral(source, index - 1 - streak))
-    ++streak;
-  return static_cast<unsigned>(streak % longestLiteralRun);
 }
 
 } // namespace
@@ -272,6 +615,150 @@ std::size_t encode(const uint8_t* source, std::size_t rows, std::size_t columns,
   return static_cast<std::size_t>(encodeRows(source, rows, columns, state, destination) - destination);
 }
 
+namespace
+{
+
+// Scratch buffers of the parallel encoder, kept between calls so that their pages are
+// already mapped (fresh ones cost a page fault per 4 KiB written).
+class ScratchPool
+{
+public:
+  static constexpr std::size_t largestKept = std::size_t{1} << 20;
+
+  std::unique_ptr<uint8_t[]> take(std::size_t size, std::size_t& capacity)
+  {
+    {
+      const std::lock_guard<std::mutex> lock(m_mutex);
+      for (auto it = m_free.begin(); it != m_free.end(); ++it)
+        if (it->second >= size)
+        {
+          capacity = it->second;
+          std::unique_ptr<uint8_t[]> buffer = std::move(it->first);
+          m_free.erase(it);
+          return buffer;
+        }
+    }
+    capacity = size;
+    return std::unique_ptr<uint8_t[]>(new uint8_t[size]);
+  }
+
+  void give(std::unique_ptr<uint8_t[]> buffer, std::size_t capacity)
+  {
+    const std::lock_guard<std::mutex> lock(m_mutex);
+    if (m_free.size() < 8 && capacity <= largestKept)
+      m_free.emplace_back(std::move(buffer), capacity);
+  }
+
+private:
+  std::mutex m_mutex;
+  std::vector<std::pair<std::unique_ptr<uint8_t[]>, std::size_t>> m_free;
+};
+
+ScratchPool& scratchPool()
+{
+  static ScratchPool pool;
+  return pool;
+}
+
+// Helper threads kept for the parallel encoder: starting a thread costs about as much as
+// encoding 100 KiB. One job at a time; a caller that finds them busy (or wants more of
+// them than there are processors) starts its own threads. Both sides spin a little
+// before sleeping, as waking a sleeping thread takes tens of microseconds and images
+// often come one after another.
+class Helpers
+{
+public:
+  ~Helpers()
+  {
+    {
+      const std::lock_guard<std::mutex> lock(m_mutex);
+      m_stop = true;
+    }
+    m_wake.notify_all();
+    for (std::thread& thread : m_threads)
+      thread.join();
+  }
+
+  // Runs job on count helpers and on the calling thread; false when the helpers are
+  // taken.
+  bool run(unsigned count, const std::function<void()>& job)
+  {
+    std::unique_lock<std::mutex> busy(m_busy, std::try_to_lock);
+    if (!busy.owns_lock())
+      return false;
+    {
+      const std::lock_guard<std::mutex> lock(m_mutex);
+      while (m_threads.size() < count)
+        m_threads.emplace_back([this, index = m_threads.size(), seen = m_generation.load()] { loop(index, seen); });
+      m_job = &job;
+      m_wanted = count;
+      m_running.store(count);
+      m_generation.fetch_add(1);
+    }
+    m_wake.notify_all();
+    job();
+    spin([this] { return m_running.load() == 0; });
+    std::unique_lock<std::mutex> lock(m_mutex);
+    m_done.wait(lock, [this] { return m_running.load() == 0; });
+    m_job = nullptr;
+    return true;
+  }
+
+private:
+  template <typename Ready>
+  static void spin(const Ready& ready)
+  {
+    for (int i = 0; i < 4096 && !ready(); ++i)
+    {
+#if defined(RTE_IMX_X86)
+      _mm_pause();
+#else
+      std::this_thread::yield();
+#endif
+    }
+  }
+
+  // seen: the last job generation this thread knows of.
+  void loop(std::size_t index, uint64_t seen)
+  {
+    for (;;)
+    {
+      spin([&] { return m_generation.load() != seen; });
+      std::unique_lock<std::mutex> lock(m_mutex);
+      m_wake.wait(lock, [&] { return m_stop || m_generation.load() != seen; });
+      if (m_stop)
+        return;
+      seen = m_generation.load();
+      if (index >= m_wanted)
+        continue;
+      const std::function<void()>* job = m_job;
+      lock.unlock();
+      (*job)();
+      lock.lock();
+      if (m_running.fetch_sub(1) == 1)
+        m_done.notify_one();
+    }
+  }
+
+  std::mutex m_busy; // held by the caller whose job runs
+  std::mutex m_mutex;
+  std::condition_variable m_wake, m_done;
+  std::vector<std::thread> m_threads;
+  const std::function<void()>* m_job = nullptr;
+  std::size_t m_wanted = 0;
+  std::atomic<unsigned> m_running{0};
+  std::atomic<uint64_t> m_generation{0};
+  bool m_stop = false;
+};
+
+Helpers& helpers()
+{
+  static Helpers instance;
+  return instance;
+}
+
+} // namespace
+
 std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t columns, uint8_t* destination,
                            unsigned threads)
 {
@@ -279,81 +766,221 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
   if (threads <= 1)
     return encode(source, rows, columns, destination);
 
-  // Chunk c takes rows [first[c], first[c + 1]). Each chunk starts from the running value
-  // and the pending literals the serial encoder would have there and first writes those
-  // pending literal tokens itself; the chunk before leaves them out. So the chunks
-  // simply concatenate to the serial stream.
-  struct Chunk
+  // The rows are cut into pieces of about 64 Ki words (at least 8 per thread), taken by
+  // the threads in order. A piece is encoded into a scratch buffer (small enough to stay
+  // in the cache) and copied to the destination once the pieces before it are there; a
+  // piece whose predecessors are all there when it starts is encoded in place. Each
+  // piece starts from the running value and the pending literals the serial encoder
+  // would have there and first writes those pending literal tokens itself; the piece
+  // before leaves them out. So the pieces simply concatenate to the serial stream.
+  constexpr std::size_t pieceWords = std::size_t{1} << 16;
+  std::size_t rowsPerPiece = std::max<std::size_t>(1, pieceWords / columns);
+  rowsPerPiece = std::min(rowsPerPiece, std::max<std::size_t>(1, rows / (8 * std::size_t{threads})));
+  const std::size_t pieces = (rows + rowsPerPiece - 1) / rowsPerPiece;
+
+  // The literal streak before each piece, from the words before it; a streak reaching
+  // back over a whole piece adds that piece's streak, so no word is looked at twice.
+  std::vector<unsigned> leading(pieces + 1, 0);
   {
-    std::size_t firstRow = 0, rowCount = 0;
-    unsigned leading = 0;              // literal tokens taken over from the chunk before
-    std::unique_ptr<uint8_t[]> buffer; // all chunks but the first; left uninitialised
-    uint8_t* begin = nullptr;
-    std::size_t size = 0;
-    unsigned trailing = 0; // literal tokens left for the next chunk
-  };
-  std::vector<Chunk> chunks(threads);
-  for (unsigned c = 0; c < threads; ++c)
-  {
-    chunks[c].firstRow = rows * c / threads;
-    chunks[c].rowCount = rows * (c + 1) / threads - chunks[c].firstRow;
+    std::size_t streak = 0;
+    for (std::size_t p = 1; p < pieces; ++p)
+    {
+      const std::size_t boundary = p * rowsPerPiece * columns, previous = (p - 1) * rowsPerPiece * columns;
+      std::size_t length = 0;
+      while (boundary - length > previous && isLiteral(source, boundary - length - 1))
+        ++length;
+      streak = boundary - length == previous ? streak + length : length;
+      leading[p] = static_cast<unsigned>(streak % longestLiteralRun);
+    }
   }
 
-  const auto work = [&](unsigned c)
+  // Pieces are placed in order by whichever thread finds the next one finished and no
+  // other thread placing; nobody waits while there is a piece to encode.
+  struct Finished
   {
-    Chunk& chunk = chunks[c];
-    const std::size_t firstWord = chunk.firstRow * columns;
-    EncoderState state;
-    if (firstWord > 0)
+    bool ready = false;
+    bool inPlace = false; // encoded straight to where it belongs
+    std::unique_ptr<uint8_t[]> buffer;
+    std::size_t capacity = 0, size = 0;
+  };
+  std::vector<Finished> finished(pieces);
+  std::mutex mutex;
+  std::size_t placed = 0, placedEnd = 0; // pieces in the destination and their bytes
+  bool placing = false;
+  std::atomic<std::size_t> next{0};
+
+  const auto work = [&]
+  {
+    for (std::size_t p; (p = next.fetch_add(1, std::memory_order_relaxed)) < pieces;)
     {
-      state.previous = loadWord(source + 2 * (firstWord - 1));
-      state.pending = pendingLiteralsBefore(source, firstWord);
+      const std::size_t firstRow = p * rowsPerPiece, rowCount = std::min(rowsPerPiece, rows - firstRow);
+      const std::size_t firstWord = firstRow * columns;
+      EncoderState state;
+      if (firstWord > 0)
+        state.previous = loadWord(source + 2 * (firstWord - 1));
+      state.pending = leading[p];
+
+      // With all pieces before it placed, a piece is encoded in place: the stream before
+      // it is at most 3 bytes per word before its pending literals, so it stays inside
+      // the destination, and nothing else is written there until it is finished.
+      Finished piece;
+      uint8_t* begin = nullptr;
+      {
+        const std::lock_guard<std::mutex> lock(mutex);
+        if (placed == p)
+        {
+          piece.inPlace = true;
+          begin = destination + placedEnd;
+        }
+      }
+      if (!piece.inPlace)
+      {
+        piece.buffer = scratchPool().take(maxEncodedSize(leading[p] + rowCount * columns), piece.capacity);
+        begin = piece.buffer.get();
+      }
+      uint8_t* out = begin;
+      for (std::size_t i = firstWord - leading[p]; i < firstWord; ++i, out += 3)
+      {
+        const unsigned word = loadWord(source + 2 * i);
+        out[0] = literalToken;
+        out[1] = static_cast<uint8_t>(word);
+        out[2] = static_cast<uint8_t>(word >> 8);
+      }
+      out = encodeRows(source + 2 * firstWord, rowCount, columns, state, out);
+      // The next piece writes the pending literals again.
+      piece.size = static_cast<std::size_t>(out - begin) - 3 * std::size_t{leading[p + 1]};
+      piece.ready = true;
+
+      std::unique_lock<std::mutex> lock(mutex);
+      finished[p] = std::move(piece);
+      if (placing)
+        continue;
+      placing = true;
+      while (placed < pieces && finished[placed].ready)
+      {
+        Finished& done = finished[placed];
+        const std::size_t at = placedEnd;
+        lock.unlock();
+        if (!done.inPlace)
+        {
+          std::memcpy(destination + at, done.buffer.get(), done.size);
+          scratchPool().give(std::move(done.buffer), done.capacity);
+        }
+        lock.lock();
+        placedEnd = at + done.size;
+        ++placed;
+      }
+      placing = false;
     }
-    chunk.leading = state.pending;
-    if (c == 0)
-    {
-      chunk.begin = destination;
-    }
-    else
-    {
-      chunk.buffer.reset(new uint8_t[maxEncodedSize(chunk.leading + chunk.rowCount * columns)]);
-      chunk.begin = chunk.buffer.get();
-    }
-    uint8_t* out = chunk.begin;
-    for (std::size_t i = firstWord - chunk.leading; i < firstWord; ++i)
-    {
-      const unsigned word = loadWord(source + 2 * i);
-      out[0] = literalToken;
-      out[1] = static_cast<uint8_t>(word);
-      out[2] = static_cast<uint8_t>(word >> 8);
-      out += 3;
-    }
-    out = encodeRows(source + 2 * firstWord, chunk.rowCount, columns, state, out);
-    chunk.size = static_cast<std::size_t>(out - chunk.begin);
-    chunk.trailing = state.pending;
   };
 
-  std::vector<std::thread> workers;
-  workers.reserve(threads - 1);
-  for (unsigned c = 1; c < threads; ++c)
-    workers.emplace_back(work, c);
-  work(0);
-  for (std::thread& worker : workers)
-    worker.join();
-
-  std::size_t size = chunks[0].size;
-  for (unsigned c = 1; c < threads; ++c)
+  const std::function<void()> job = work;
+  if (threads > std::max(1u, std::thread::hardware_concurrency()) || !helpers().run(threads - 1, job))
   {
-    // The next chunk writes the pending literals again; drop this chunk's copies.
-    size -= 3 * static_cast<std::size_t>(chunks[c].leading);
-    std::memcpy(destination + size, chunks[c].begin, chunks[c].size);
-    size += chunks[c].size;
+    std::vector<std::thread> workers;
+    workers.reserve(threads - 1);
+    for (unsigned t = 1; t < threads; ++t)
+      workers.emplace_back(work);
+    work();
+    for (std::thread& worker : workers)
+      worker.join();
   }
-  return size;
+  return placedEnd;
 }
 
-DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* destination, std::size_t words,
-                    std::size_t& consumed)
+namespace
+{
+
+// Decodes one token (or one nibble block) at p; false with result set when the stream
+// is damaged. value is the running value.
+[[gnu::always_inline]] inline bool decodeToken(const uint8_t*& p, const uint8_t* end, uint8_t*& o, uint8_t* outEnd,
+                                               unsigned& value, DecodeResult& result)
+{
+  const auto put = [&](unsigned word)
+  {
+    o[0] = static_cast<uint8_t>(word);
+    o[1] = static_cast<uint8_t>(word >> 8);
+    o += 2;
+  };
+  if (p == end)
+  {
+    result = DecodeResult::Truncated;
+    return false;
+  }
+  const uint8_t token = *p++;
+  if (token == literalToken)
+  {
+    if (end - p < 2)
+    {
+      result = DecodeResult::Truncated;
+      return false;
+    }
+    value = loadWord(p);
+    p += 2;
+    put(value);
+  }
+  else if (token == literalRunToken)
+  {
+    if (p == end)
+    {
+      result = DecodeResult::Truncated;
+      return false;
+    }
+    const std::size_t count = *p++;
+    if (count > static_cast<std::size_t>(outEnd - o) / 2)
+    {
+      result = DecodeResult::Corrupt;
+      return false;
+    }
+    if (static_cast<std::size_t>(end - p) < 2 * count)
+    {
+      result = DecodeResult::Truncated;
+      return false;
+    }
+    if (count > 0)
+    {
+      std::memcpy(o, p, 2 * count);
+      value = loadWord(p + 2 * (count - 1));
+      o += 2 * count;
+      p += 2 * count;
+    }
+  }
+  else if (token == nibbleToken)
+  {
+    for (;;)
+    {
+      if (p == end)
+      {
+        result = DecodeResult::Truncated;
+        return false;
+      }
+      const uint8_t pair = *p++;
+      const bool last = (pair & 0x0F) == nibbleEnd;
+      if (static_cast<std::size_t>(outEnd - o) < (last ? 2u : 4u))
+      {
+        result = DecodeResult::Corrupt;
+        return false;
+      }
+      // Sign-extend the high nibble, then the low one.
+      value += static_cast<unsigned>(static_cast<int8_t>(pair & 0xF0) >> 4);
+      put(value & 0xFFFF);
+      if (last)
+        break;
+      value += static_cast<unsigned>(static_cast<int8_t>(pair << 4) >> 4);
+      put(value & 0xFFFF);
+    }
+  }
+  else
+  {
+    value += static_cast<unsigned>(static_cast<int8_t>(token));
+    put(value & 0xFFFF);
+  }
+  value &= 0xFFFF;
+  return true;
+}
+
+DecodeResult decodePortable(const uint8_t* source, std::size_t sourceSize, uint8_t* destination, std::size_t words,
+                            std::size_t& consumed)
 {
   const uint8_t* p = source;
   const uint8_t* const end = source + sourceSize;
@@ -361,14 +988,6 @@ DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* dest
   uint8_t* const outEnd = destination + 2 * words;
   unsigned value = 0;
   DecodeResult result = DecodeResult::Ok;
-
-  const auto put = [&](unsigned word)
-  {
-    o[0] = static_cast<uint8_t>(word);
-    o[1] = static_cast<uint8_t>(word >> 8);
-    o += 2;
-  };
-
   while (o < outEnd)
   {
 #if defined(__SSE2__)
@@ -405,85 +1024,160 @@ DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* dest
     if (o >= outEnd)
       break;
 #endif
-    if (p == end)
-    {
-      result = DecodeResult::Truncated;
+    if (!decodeToken(p, end, o, outEnd, value, result))
       break;
-    }
-    const uint8_t token = *p++;
-    if (token == literalToken)
-    {
-      if (end - p < 2)
-      {
-        result = DecodeResult::Truncated;
-        break;
-      }
-      value = loadWord(p);
-      p += 2;
-      put(value);
-    }
-    else if (token == literalRunToken)
-    {
-      if (p == end)
-      {
-        result = DecodeResult::Truncated;
-        break;
-      }
-      const std::size_t count = *p++;
-      if (count > static_cast<std::size_t>(outEnd - o) / 2)
-      {
-        result = DecodeResult::Corrupt;
-        break;
-      }
-      if (static_cast<std::size_t>(end - p) < 2 * count)
-      {
-        result = DecodeResult::Truncated;
-        break;
-      }
-      if (count > 0)
-      {
-        std::memcpy(o, p, 2 * count);
-        value = loadWord(p + 2 * (count - 1));
-        o += 2 * count;
-        p += 2 * count;
-      }
-    }
-    else if (token == nibbleToken)
-    {
-      for (;;)
-      {
-        if (p == end)
-        {
-          result = DecodeResult::Truncated;
-          break;
-        }
-        const uint8_t pair = *p++;
-        const bool last = (pair & 0x0F) == nibbleEnd;
-        if (static_cast<std::size_t>(outEnd - o) < (last ? 2u : 4u))
-        {
-          result = DecodeResult::Corrupt;
-          break;
-        }
-        // Sign-extend the high nibble, then the low one.
-        value += static_cast<unsigned>(static_cast<int8_t>(pair & 0xF0) >> 4);
-        put(value & 0xFFFF);
-        if (last)
-          break;
-        value += static_cast<unsigned>(static_cast<int8_t>(pair << 4) >> 4);
-        put(value & 0xFFFF);
-      }
-      if (result != DecodeResult::Ok)
-        break;
-    }
-    else
-    {
-      value += static_cast<unsigned>(static_cast<int8_t>(token));
-      put(value & 0xFFFF);
-    }
-    value &= 0xFFFF;
   }
   consumed = static_cast<std::size_t>(p - source);
   return result;
+}
+
+#if defined(RTE_IMX_X86)
+
+// Word 7 of each lane in every word of that lane.
+__attribute__((target(RTE_IMX_VECTOR))) inline __m256i laneLast(__m256i v)
+{
+  return _mm256_shuffle_epi8(v, _mm256_set1_epi16(0x0F0E));
+}
+
+// The 32 words of the deltas in bytes, prefix-summed: the low and the high 16. The
+// deltas are widened in the order the in-lane unpacks give (lanes hold deltas 0-7 and
+// 16-23, 8-15 and 24-31), summed inside the lanes, then the partial sums carried over.
+struct Sums
+{
+  __m256i low, high;
+};
+
+__attribute__((target(RTE_IMX_VECTOR))) inline Sums prefixSums(__m256i bytes)
+{
+  __m256i a = _mm256_srai_epi16(_mm256_unpacklo_epi8(bytes, bytes), 8);
+  __m256i b = _mm256_srai_epi16(_mm256_unpackhi_epi8(bytes, bytes), 8);
+  a = _mm256_add_epi16(a, _mm256_slli_si256(a, 2));
+  b = _mm256_add_epi16(b, _mm256_slli_si256(b, 2));
+  a = _mm256_add_epi16(a, _mm256_slli_si256(a, 4));
+  b = _mm256_add_epi16(b, _mm256_slli_si256(b, 4));
+  a = _mm256_add_epi16(a, _mm256_slli_si256(a, 8));
+  b = _mm256_add_epi16(b, _mm256_slli_si256(b, 8));
+  b = _mm256_add_epi16(b, laneLast(a));
+  const __m256i half = laneLast(b); // low lane: the sum of deltas 0-15
+  const __m256i carry = _mm256_permute2x128_si256(half, half, 0x08);
+  a = _mm256_add_epi16(a, carry);
+  b = _mm256_add_epi16(b, carry);
+  return {_mm256_permute2x128_si256(a, b, 0x20), _mm256_permute2x128_si256(a, b, 0x31)};
+}
+
+// Word 15 of v in every word.
+__attribute__((target(RTE_IMX_VECTOR))) inline __m256i broadcastLast(__m256i v)
+{
+  return _mm256_permute2x128_si256(laneLast(v), laneLast(v), 0x11);
+}
+
+// Bit i: byte i from at is 0x7F, 0x80 or 0x81 (plus one, the three smallest signed
+// bytes); 64 bytes.
+__attribute__((target(RTE_IMX_VECTOR))) inline uint64_t tokenMask(const uint8_t* at)
+{
+  const __m256i one = _mm256_set1_epi8(1);
+  const __m256i limit = _mm256_set1_epi8(-125);
+  const __m256i low = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at));
+  const __m256i high = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(at + 32));
+  const auto lowBits = static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpgt_epi8(limit, _mm256_add_epi8(low, one))));
+  const auto highBits =
+      static_cast<uint32_t>(_mm256_movemask_epi8(_mm256_cmpgt_epi8(limit, _mm256_add_epi8(high, one))));
+  return lowBits | (uint64_t{highBits} << 32);
+}
+
+// 32 token bytes at a time: when none of them is 0x7F, 0x80 or 0x81 they are 32 deltas:
+// widened, prefix-summed and added to the running value, 64 bytes stored. Otherwise the
+// deltas before the first token byte count (all 64 bytes are stored all the same; the
+// destination has room), and a single literal after them is taken on the spot. The
+// wide loads and stores need 64 bytes of source and destination left; the plain way
+// does the rest, checking every token.
+__attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t* source, std::size_t sourceSize,
+                                                                uint8_t* destination, std::size_t words,
+                                                                std::size_t& consumed)
+{
+  const uint8_t* p = source;
+  const uint8_t* const end = source + sourceSize;
+  uint8_t* o = destination;
+  uint8_t* const outEnd = destination + 2 * words;
+  unsigned value = 0;
+  DecodeResult result = DecodeResult::Ok;
+  while (o < outEnd)
+  {
+    // Room for the 64 bytes of a token mask and 32 words.
+    if (end - p >= 64 && outEnd - o >= 64 && static_cast<uint8_t>(*p - literalRunToken) > 2)
+    {
+      __m256i running = _mm256_set1_epi16(static_cast<short>(value));
+      // The token bytes among the next known bytes, found 64 at a time: where the next
+      // block starts then follows from a shift of this mask instead of waiting for a
+      // load, compare and movemask of the block's bytes.
+      uint64_t tokens = tokenMask(p);
+      int known = 64; // may drop below 0 by a literal straddling its end
+      for (;;)
+      {
+        if (known < 32)
+        {
+          tokens = tokenMask(p);
+          known = 64;
+        }
+        const __m256i bytes = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p));
+        const Sums sums = prefixSums(bytes);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), _mm256_add_epi16(sums.low, running));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 32), _mm256_add_epi16(sums.high, running));
+        if (static_cast<uint32_t>(tokens) == 0)
+        {
+          running = _mm256_add_epi16(running, broadcastLast(sums.high));
+          p += 32;
+          o += 64;
+          tokens >>= 32;
+          known -= 32;
+        }
+        else
+        {
+          // Deltas, then a single literal taken on the spot; anything else goes the
+          // plain way.
+          const auto plain = static_cast<unsigned>(__builtin_ctzll(tokens));
+          p += plain;
+          o += 2 * plain;
+          if (*p != literalToken)
+          {
+            value = plain == 0 ? static_cast<unsigned>(_mm256_extract_epi16(running, 0)) : loadWord(o - 2);
+            break;
+          }
+          std::memcpy(o, p + 1, 2);
+          running = _mm256_broadcastw_epi16(_mm_loadu_si16(p + 1));
+          p += 3;
+          o += 2;
+          tokens >>= plain + 3;
+          known -= static_cast<int>(plain + 3);
+        }
+        if (end - p < 64 || outEnd - o < 64)
+        {
+          value = static_cast<unsigned>(_mm256_extract_epi16(running, 0)) & 0xFFFF;
+          break;
+        }
+      }
+      if (o >= outEnd)
+        break;
+    }
+    if (!decodeToken(p, end, o, outEnd, value, result))
+      break;
+  }
+  consumed = static_cast<std::size_t>(p - source);
+  return result;
+}
+
+#endif
+
+} // namespace
+
+DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* destination, std::size_t words,
+                    std::size_t& consumed)
+{
+#if defined(RTE_IMX_X86)
+  if (vectorLoops())
+    return decodeAvx2(source, sourceSize, destination, words, consumed);
+#endif
+  return decodePortable(source, sourceSize, destination, words, consumed);
 }
 
 void setParallelThreads(unsigned threads)
