@@ -114,16 +114,26 @@ void memcpyBench(benchmark::State& state, const Image& image)
 
 using MakeCodec = std::function<std::unique_ptr<RTE::I_Compression>()>;
 
+// The image compressed once, for decompression and for the ratio; false (and the
+// benchmark skipped) when the codec fails.
+bool packOnce(benchmark::State& state, RTE::I_Compression& codec, const Image& image, std::vector<uint8_t>& packed,
+              unsigned long long& packedSize)
+{
+  packed.resize(codec.GetMaxCompressedSize(image.bytes.size()));
+  packedSize = packed.size();
+  if (codec.Compress(image.bytes.data(), image.bytes.size(), packed.data(), packedSize) == 0)
+    return true;
+  state.SkipWithError("compress failed");
+  return false;
+}
+
 void codecBench(benchmark::State& state, const Image& image, const MakeCodec& make, bool compress)
 {
   auto codec = make();
-  std::vector<uint8_t> packed(codec->GetMaxCompressedSize(image.bytes.size()));
-  unsigned long long packedSize = packed.size();
-  if (codec->Compress(image.bytes.data(), image.bytes.size(), packed.data(), packedSize) != 0)
-  {
-    state.SkipWithError("compress failed");
+  std::vector<uint8_t> packed;
+  unsigned long long packedSize = 0;
+  if (!packOnce(state, *codec, image, packed, packedSize))
     return;
-  }
   std::vector<uint8_t> raw(image.bytes.size());
   for (auto _ : state)
   {
@@ -193,13 +203,10 @@ void wrapperVsDirect(benchmark::State& state, const Image& image, const MakeCode
                      const std::function<void(const uint8_t*, std::size_t, uint8_t*, std::size_t, bool)>& direct)
 {
   auto codec = make();
-  std::vector<uint8_t> packed(codec->GetMaxCompressedSize(image.bytes.size()));
-  unsigned long long packedSize = packed.size();
-  if (codec->Compress(image.bytes.data(), image.bytes.size(), packed.data(), packedSize) != 0)
-  {
-    state.SkipWithError("compress failed");
+  std::vector<uint8_t> packed;
+  unsigned long long packedSize = 0;
+  if (!packOnce(state, *codec, image, packed, packedSize))
     return;
-  }
   std::vector<uint8_t> scratch(std::max(packed.size(), image.bytes.size()));
   using Clock = std::chrono::steady_clock;
   Clock::duration wrapped{}, plainCall{};
