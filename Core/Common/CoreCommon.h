@@ -130,7 +130,10 @@
 // Recipes
 
 // Platform services
+#include <Core/Common/OperatingSystem/ActivityControl.h>
 #include <Core/Common/OperatingSystem/C_SystemInfo.h>
+#include <Core/Common/OperatingSystem/I_ActivityControl.h>
+#include <Core/Common/OperatingSystem/JobQueue.h>
 #include <Core/Common/OperatingSystem/ThreadHandle.h>
 
 // Utilities

@@ -16,6 +16,9 @@ public:
   // The process-wide instance, made on first use.
   static C_SystemInfo& GetInstance();
 
+  // Logical processors online (at least 1).
+  std::uint32_t GetProcessorNumber() const;
+
   // Memory the process holds in RAM (its resident set), in KiB; 0 if it cannot be read.
   std::uint64_t GetMemoryProcess() const;
 

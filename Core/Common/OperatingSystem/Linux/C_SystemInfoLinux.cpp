@@ -3,8 +3,16 @@
 #include <QByteArray>
 #include <QFile>
 
+#include <unistd.h>
+
 namespace RTE
 {
+
+std::uint32_t C_SystemInfo::GetProcessorNumber() const
+{
+  const long online = ::sysconf(_SC_NPROCESSORS_ONLN);
+  return online > 0 ? static_cast<std::uint32_t>(online) : 1;
+}
 
 std::uint64_t C_SystemInfo::GetMemoryProcess() const
 {
