@@ -131,10 +131,19 @@
 
 // Platform services
 #include <Core/Common/OperatingSystem/ActivityControl.h>
+#include <Core/Common/OperatingSystem/ActivityFeedback.h>
 #include <Core/Common/OperatingSystem/C_SystemInfo.h>
+#include <Core/Common/OperatingSystem/Condition.h>
 #include <Core/Common/OperatingSystem/I_ActivityControl.h>
+#include <Core/Common/OperatingSystem/I_ActivityFeedback.h>
+#include <Core/Common/OperatingSystem/I_ThreadExceptionHandler.h>
 #include <Core/Common/OperatingSystem/JobQueue.h>
+#include <Core/Common/OperatingSystem/MultiSignalWaiter.h>
+#include <Core/Common/OperatingSystem/SignalWaiter.h>
+#include <Core/Common/OperatingSystem/SubActivityFeedback.h>
+#include <Core/Common/OperatingSystem/Thread.h>
 #include <Core/Common/OperatingSystem/ThreadHandle.h>
+#include <Core/Common/OperatingSystem/ThreadLimit.h>
 
 // Utilities
 #include <Core/Common/Utilities/VisibilityLevel.h>
