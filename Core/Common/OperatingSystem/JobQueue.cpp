@@ -89,7 +89,8 @@ void JobQueue::Private::storeException(std::exception_ptr exception, const QStri
   }
   if (first)
   {
-    qCWarning(lcThreads).noquote() << "Job of queue" << name << "failed, cancelling the queue:" << text;
+    qCWarning(lcThreads).noquote()
+        << QStringLiteral("A job of the queue '%1' failed, the queue is cancelled: %2").arg(name, text);
     control.cancel();
   }
 }
