@@ -137,3 +137,18 @@
 #include <Core/Common/Utilities/VisibilityLevel.h>
 
 // Geometry
+#include <Core/Common/Math/BoundingBoxT.h>
+#include <Core/Common/Math/Detail/GeometryFields.h>
+#include <Core/Common/Math/Euclidean.h>
+#include <Core/Common/Math/Point2T.h>
+#include <Core/Common/Math/Point3T.h>
+#include <Core/Common/Math/Point4T.h>
+#include <Core/Common/Math/Rectangle2T.h>
+#include <Core/Common/Math/Rectangle3T.h>
+#include <Core/Common/Math/Rectangle4T.h>
+#include <Core/Common/Math/RotationMatrix3.h>
+#include <Core/Common/Math/Size2T.h>
+#include <Core/Common/Math/Size3T.h>
+#include <Core/Common/Math/Size4T.h>
+#include <Core/Common/Math/Vector2T.h>
+#include <Core/Common/Math/Vector3T.h>
