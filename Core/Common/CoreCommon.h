@@ -152,3 +152,10 @@
 #include <Core/Common/Math/Size4T.h>
 #include <Core/Common/Math/Vector2T.h>
 #include <Core/Common/Math/Vector3T.h>
+
+// Device data
+#include <Core/Common/DeviceData/DeviceData.h>
+#include <Core/Common/DeviceData/DeviceDataCollection.h>
+#include <Core/Common/DeviceData/DeviceDataStatic.h>
+#include <Core/Common/DeviceData/DeviceDataT.h>
+#include <Core/Common/DeviceData/I_AttributesSink.h>
