@@ -149,3 +149,25 @@
 #include <Core/Common/Utilities/VisibilityLevel.h>
 
 // Geometry
+#include <Core/Common/Math/BoundingBoxT.h>
+#include <Core/Common/Math/Detail/GeometryFields.h>
+#include <Core/Common/Math/Euclidean.h>
+#include <Core/Common/Math/Point2T.h>
+#include <Core/Common/Math/Point3T.h>
+#include <Core/Common/Math/Point4T.h>
+#include <Core/Common/Math/Rectangle2T.h>
+#include <Core/Common/Math/Rectangle3T.h>
+#include <Core/Common/Math/Rectangle4T.h>
+#include <Core/Common/Math/RotationMatrix3.h>
+#include <Core/Common/Math/Size2T.h>
+#include <Core/Common/Math/Size3T.h>
+#include <Core/Common/Math/Size4T.h>
+#include <Core/Common/Math/Vector2T.h>
+#include <Core/Common/Math/Vector3T.h>
+
+// Device data
+#include <Core/Common/DeviceData/DeviceData.h>
+#include <Core/Common/DeviceData/DeviceDataCollection.h>
+#include <Core/Common/DeviceData/DeviceDataStatic.h>
+#include <Core/Common/DeviceData/DeviceDataT.h>
+#include <Core/Common/DeviceData/I_AttributesSink.h>
