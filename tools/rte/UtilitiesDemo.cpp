@@ -55,10 +55,10 @@ void demoUtilities(QTextStream& out)
       << ": toDouble(\"1.5\") = " << RTE::toDouble(std::string("1.5"))
       << ", toDouble(\" 3.0abc\") = " << RTE::toDouble(std::string(" 3.0abc")) << "\n";
   std::setlocale(LC_NUMERIC, previous.c_str());
-  qputenv("RTE_DEMO_DIR", "/data/run42");
-  out << "  \"%RTE_DEMO_DIR%/images\" -> "
-      << RTE::String::replaceEnvironmentVariables(QStringLiteral("%RTE_DEMO_DIR%/images")) << "\n";
-  qunsetenv("RTE_DEMO_DIR");
+  qputenv("RTEDEMODIR", "/data/run42");
+  out << "  \"%RTEDEMODIR%/images\" -> "
+      << RTE::String::replaceEnvironmentVariables(QStringLiteral("%RTEDEMODIR%/images")) << "\n";
+  qunsetenv("RTEDEMODIR");
 
   out << "\nXML helpers (XPath over a free-form document):\n";
   const QString xml =
