@@ -46,6 +46,8 @@ TEST(RangeString, ParsesEveryStatementKind)
   EXPECT_EQ(parse("", 0, 3), std::set<unsigned>{});
   EXPECT_EQ(parse(",,2,,", 0, 3), std::set<unsigned>{2});
   EXPECT_EQ(parse("0-9,!0,!9", 0, 9), (std::set<unsigned>{1, 2, 3, 4, 5, 6, 7, 8}));
+  // Leading zeros do not make a number large.
+  EXPECT_EQ(parse("000000000000000000000000000003-0004", 0, 9), (std::set<unsigned>{3, 4}));
 }
 
 TEST(RangeString, RejectsBadTextWithTheDocumentedErrors)

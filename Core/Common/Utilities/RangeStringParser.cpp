@@ -34,7 +34,10 @@ bool allDigits(QStringView text)
 std::optional<unsigned long long> boundedIndex(QStringView digits, unsigned int minIndex, unsigned int maxIndex,
                                                bool oneBased)
 {
-  // 20 digits hold every 64-bit number; longer texts are out of range whatever they say.
+  // Leading zeros say nothing; then 20 digits hold every 64-bit number, and longer
+  // texts are out of range whatever they say.
+  while (digits.size() > 1 && digits.front() == QLatin1Char('0'))
+    digits = digits.mid(1);
   char ascii[24];
   if (digits.size() > 20)
     return std::nullopt;
