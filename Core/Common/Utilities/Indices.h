@@ -42,18 +42,17 @@ public:
     using reference = unsigned int;
 
     const_iterator() = default;
-    unsigned int operator*() const { return m_index; }
+    unsigned int operator*() const { return static_cast<unsigned int>(m_index); }
     const_iterator& operator++()
     {
       // The next index is computed in 64 bits: near 4294967295 a step would wrap.
-      const unsigned long long next = static_cast<unsigned long long>(m_index) + m_step;
-      if (next <= m_range->maximum)
+      const unsigned long long next = m_index + m_step;
+      if (next <= m_upper)
       {
-        m_index = static_cast<unsigned int>(next);
+        m_index = next;
         return *this;
       }
-      ++m_range;
-      m_index = m_range != m_end ? m_range->minimum : 0;
+      enter(m_range + 1);
       return *this;
     }
     const_iterator operator++(int)
@@ -64,23 +63,30 @@ public:
     }
     friend bool operator==(const const_iterator& a, const const_iterator& b)
     {
-      return a.m_range == b.m_range && a.m_index == b.m_index;
+      // The ranges are ascending and disjoint, so an index stands for one position.
+      return a.m_index == b.m_index;
     }
 
   private:
     friend class Indices;
-    const_iterator(const Range* range, const Range* end, unsigned int step) :
-        m_range(range),
-        m_end(end),
-        m_step(step),
-        m_index(range != end ? range->minimum : 0)
+    const_iterator(const Range* range, const Range* end, unsigned int step) : m_end(end), m_step(step) { enter(range); }
+    // Moves to the first index of range (or to the end); the upper bound is kept here so
+    // that stepping reads no range.
+    void enter(const Range* range)
     {
+      m_range = range;
+      m_index = range != m_end ? range->minimum : endIndex;
+      m_upper = range != m_end ? range->maximum : 0;
     }
 
     const Range* m_range = nullptr;
     const Range* m_end = nullptr;
     unsigned int m_step = 1;
-    unsigned int m_index = 0;
+    // Past every unsigned int: the end is told by the index alone, and stepping within a
+    // range (next <= m_upper) visibly never reaches it, so loops pay one comparison.
+    static constexpr unsigned long long endIndex = 1ULL << 32;
+    unsigned long long m_index = endIndex;
+    unsigned int m_upper = 0;
   };
   using iterator = const_iterator;
 
