@@ -30,7 +30,7 @@ public:
   // An empty path with separator "/".
   HierarchyPath();
   // path split at every occurrence of separator, empty parts kept: "/a/b" gives "", "a",
-  // "b"; an empty text gives no tokens.
+  // "b"; an empty text gives no tokens, an empty separator one token.
   HierarchyPath(const QString& path, const QString& separator);
 
   // Compares separator and tokens; the validity flag is ignored.
