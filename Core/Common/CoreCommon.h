@@ -147,6 +147,15 @@
 
 // Utilities
 #include <Core/Common/Utilities/VisibilityLevel.h>
+#include <Core/Common/Utilities/HierarchyPath.h>
+#include <Core/Common/Utilities/IndexRange.h>
+#include <Core/Common/Utilities/Indices.h>
+#include <Core/Common/Utilities/IniConfigReader.h>
+#include <Core/Common/Utilities/RangeString.h>
+#include <Core/Common/Utilities/StringUtilities.h>
+#include <Core/Common/Utilities/XmlAttribute.h>
+#include <Core/Common/Utilities/XmlDocument.h>
+#include <Core/Common/Utilities/XmlNode.h>
 
 // Geometry
 #include <Core/Common/Math/BoundingBoxT.h>
