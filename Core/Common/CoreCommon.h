@@ -134,6 +134,9 @@
 #include <Core/Common/OperatingSystem/ThreadHandle.h>
 
 // Utilities
+#include <Core/Common/Utilities/Cipher.h>
+#include <Core/Common/Utilities/CipherError.h>
+#include <Core/Common/Utilities/NameWithWildcardEditModel.h>
 #include <Core/Common/Utilities/VisibilityLevel.h>
 
 // Geometry
