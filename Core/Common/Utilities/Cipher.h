@@ -44,7 +44,7 @@ public:
 
   unsigned int iterations() const { return m_iterations; }
 
-  // The encrypted form of plaintext (its size plus 100 bytes); a new salt and counter
+  // The encrypted form of plaintext (its size plus 80 bytes); a new salt and counter
   // block every call, so encrypting the same text twice gives different bytes.
   [[nodiscard]] QByteArray encrypt(QByteArrayView plaintext) const;
   // The plaintext of data made by encrypt or encryptFile. Raises CipherFormatError for
