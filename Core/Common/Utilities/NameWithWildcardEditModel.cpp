@@ -33,6 +33,13 @@ bool isForbidden(QChar c)
 
 } // namespace
 
+bool NameWithWildcardEditModel::isEntry(const QModelIndex& index) const
+{
+  // Not checkIndex: views ask with stale or empty indexes, which is no fault to log.
+  return index.isValid() && index.model() == this && index.column() == 0 && !index.parent().isValid() &&
+         index.row() < rowCount();
+}
+
 NameWithWildcardEditModel::NameWithWildcardEditModel(QObject* parent) : QAbstractListModel(parent) {}
 
 NameWithWildcardEditModel::NameWithWildcardEditModel(const QStringList& names, QObject* parent) :
@@ -50,7 +57,7 @@ int NameWithWildcardEditModel::rowCount(const QModelIndex& parent) const
 
 QVariant NameWithWildcardEditModel::data(const QModelIndex& index, int role) const
 {
-  if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+  if (!isEntry(index))
     return {};
   if (role != Qt::DisplayRole && role != Qt::EditRole)
     return {};
@@ -59,7 +66,7 @@ QVariant NameWithWildcardEditModel::data(const QModelIndex& index, int role) con
 
 bool NameWithWildcardEditModel::setData(const QModelIndex& index, const QVariant& value, int role)
 {
-  if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+  if (!isEntry(index))
     return false;
   if ((role != Qt::EditRole && role != Qt::DisplayRole) || !value.canConvert<QString>())
     return false;
@@ -78,7 +85,7 @@ bool NameWithWildcardEditModel::setData(const QModelIndex& index, const QVariant
 
 Qt::ItemFlags NameWithWildcardEditModel::flags(const QModelIndex& index) const
 {
-  if (!checkIndex(index, CheckIndexOption::IndexIsValid | CheckIndexOption::ParentIsInvalid))
+  if (!isEntry(index))
     return Qt::NoItemFlags;
   return Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsEditable | Qt::ItemNeverHasChildren;
 }

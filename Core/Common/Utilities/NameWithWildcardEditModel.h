@@ -82,6 +82,7 @@ public:
   void DeserializeFrom(const Storage::Settings& settings) override;
 
 private:
+  bool isEntry(const QModelIndex& index) const;
   static QRegularExpression patternFor(const QString& name);
 
   QStringList m_names;
