@@ -9,7 +9,8 @@
 // Decryption checks the authentication code before it decrypts anything: a wrong
 // passphrase or any changed, added or missing byte raises RTE::CipherAuthenticationError
 // or RTE::CipherFormatError and yields no plaintext. Files are written through QSaveFile,
-// so a failure leaves the target as it was.
+// so a failure leaves the target as it was. A Cipher holds no state besides the passphrase:
+// its const members may run on several threads at once.
 #pragma once
 
 #include <Core/Common/CoreCommonExport.h>
