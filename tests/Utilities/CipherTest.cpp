@@ -323,6 +323,8 @@ TEST(Cipher, FilesAreReplacedOnlyWhenTheWholeFileIsAuthentic)
   EXPECT_THROW(cipher.encryptFile(dir.filePath(QStringLiteral("missing"))), RTE::FileOpenError);
   EXPECT_THROW(cipher.decryptFile(dir.filePath(QStringLiteral("missing"))), RTE::FileOpenError);
   EXPECT_FALSE(Cipher::isEncryptedFile(dir.filePath(QStringLiteral("missing"))));
+  EXPECT_THROW(cipher.encryptFile(path, dir.filePath(QStringLiteral("no/such/folder/x"))), RTE::FileOpenError);
+  EXPECT_EQ(readFile(path), QByteArray());
 }
 
 } // namespace
