@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   build-essential cmake ninja-build ccache pkg-config
   qt6-base-dev
-  libpugixml-dev zlib1g-dev liblz4-dev libfmt-dev
+  libpugixml-dev zlib1g-dev liblz4-dev libfmt-dev libgcrypt20-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   libzstd-dev clang libclang-rt-14-dev
   locales

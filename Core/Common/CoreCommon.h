@@ -146,6 +146,9 @@
 #include <Core/Common/OperatingSystem/ThreadLimit.h>
 
 // Utilities
+#include <Core/Common/Utilities/Cipher.h>
+#include <Core/Common/Utilities/CipherError.h>
+#include <Core/Common/Utilities/NameWithWildcardEditModel.h>
 #include <Core/Common/Utilities/VisibilityLevel.h>
 #include <Core/Common/Utilities/HierarchyPath.h>
 #include <Core/Common/Utilities/IndexRange.h>

@@ -22,6 +22,17 @@ int main(int argc, char* argv[])
   }
   const Zn::LinearScale celsiusToKelvin(1.0, 273.15, QStringLiteral("K"), QString());
   failures += celsiusToKelvin.getScaled(0.0) != 273.15;
+  // The cipher's crypto library is private to ours: a host links and runs it without it.
+  const RTE::Cipher cipher(QStringLiteral("host"), RTE::Cipher::MinimumIterations);
+  failures += cipher.decrypt(cipher.encrypt(QByteArrayView("plain"))) != QByteArray("plain");
+  try
+  {
+    (void)RTE::Cipher(QStringLiteral("other"), RTE::Cipher::MinimumIterations).decrypt(cipher.encrypt("x"));
+    ++failures;
+  }
+  catch (const RTE::CipherAuthenticationError&)
+  {
+  }
   std::cout << (failures == 0 ? "consumer: OK\n" : "consumer: FAILED\n");
   return failures == 0 ? 0 : 1;
 }

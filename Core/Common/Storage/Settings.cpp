@@ -255,6 +255,9 @@ bool IsValidSettingsName(const QString& name)
 
 Settings::~Settings() = default;
 
+// Defined here so that the interface's type information lives in the library.
+I_SerializableSettings::~I_SerializableSettings() = default;
+
 template <typename T>
 T Settings::Get() const
 {

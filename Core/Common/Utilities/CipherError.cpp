@@ -1,0 +1,10 @@
+#include <Core/Common/Utilities/CipherError.h>
+
+namespace RTE
+{
+
+CipherError::~CipherError() = default;
+CipherFormatError::~CipherFormatError() = default;
+CipherAuthenticationError::~CipherAuthenticationError() = default;
+
+} // namespace RTE
