@@ -141,6 +141,7 @@
 #include <Core/Common/OperatingSystem/ThreadHandle.h>
 
 // Utilities
+#include <Core/Common/Utilities/InstructionSets.h>
 #include <Core/Common/Utilities/VisibilityLevel.h>
 
 // Geometry
