@@ -141,7 +141,10 @@
 #include <Core/Common/OperatingSystem/ThreadHandle.h>
 
 // Utilities
+#include <Core/Common/Utilities/ExternalViewer.h>
 #include <Core/Common/Utilities/InstructionSets.h>
+#include <Core/Common/Utilities/Manuals.h>
+#include <Core/Common/Utilities/VersionInfo.h>
 #include <Core/Common/Utilities/VisibilityLevel.h>
 
 // Geometry
