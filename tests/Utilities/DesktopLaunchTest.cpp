@@ -80,6 +80,7 @@ TEST_F(DesktopLaunch, ManualInTheLanguageOrEnglishIsHandedToTheDesktop)
 
   EXPECT_EQ(manuals.findManual(QStringLiteral("CameraSetup"), QStringLiteral("de_DE")), german);
   EXPECT_EQ(manuals.findManual(QStringLiteral("CameraSetup"), QStringLiteral("de_AT")), regional);
+  EXPECT_EQ(manuals.findManual(QStringLiteral("CameraSetup"), QStringLiteral("de-CH")), german);
   EXPECT_EQ(manuals.findManual(QStringLiteral("CameraSetup.pdf"), QStringLiteral("fr")), english);
   EXPECT_EQ(manuals.findManual(QStringLiteral("Laser Safety"), QStringLiteral("de")), onlyEnglish);
   EXPECT_TRUE(manuals.findManual(QStringLiteral("Missing"), QStringLiteral("de")).isEmpty());

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 namespace RTE
 {
@@ -34,7 +35,9 @@ QString Manuals::findManual(const QString& name, const QString& language) const
   checkPart(name, "name");
   checkPart(language, "language");
   QStringList languages{language};
-  if (const qsizetype cut = language.indexOf(QLatin1Char('_')); cut > 0)
+  // "de_DE" (Qt's form) and "de-DE" (the tag form) both fall back to "de".
+  static const QRegularExpression separator(QStringLiteral("[_-]"));
+  if (const qsizetype cut = language.indexOf(separator); cut > 0)
     languages.append(language.left(cut));
   languages.append(QStringLiteral("en"));
   languages.removeDuplicates();

@@ -9,8 +9,8 @@
 //   manuals/en/CameraSetup.pdf
 //   manuals/de/CameraSetup.pdf
 //
-// A manual is looked up in the language as given ("de_DE"), then in its language part
-// ("de"), then in English ("en"). A name without an extension is tried as ".pdf", then
+// A manual is looked up in the language as given ("de_DE" or "de-DE"), then in its
+// language part ("de"), then in English ("en"). A name without an extension is tried as ".pdf", then
 // ".html", then as it is. The file is handed to the handler program ("xdg-open" unless
 // set otherwise), which is started detached: openManual never waits for it.
 #pragma once
