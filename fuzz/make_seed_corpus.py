@@ -71,3 +71,33 @@ write("DecompressLZ4", "match", header(0, 0, 0, 0, 255) +
 write("DecompressUncompressed", "frame", header(0, 0, 0, 0, 255) + frame)
 write("DecompressZlib", "frame", header(0, 0, 0, 0, 255) + zlib.compress(frame))
 write("DecompressZlib", "cut", header(0, 0, 0, 0, 255) + zlib.compress(frame)[:-7])
+
+
+# ELF images for the SONAME reader: a dynamic section and the string table it links to.
+def elf(bits, endian, soname=b"libseed.so.1"):
+    e = "<" if endian == "little" else ">"
+    word = "Q" if bits == 64 else "I"
+    ehsize, shentsize = (64, 64) if bits == 64 else (52, 40)
+    strtab = b"\0" + soname + b"\0"
+    strtab_at = ehsize
+    dynamic_at = (strtab_at + len(strtab) + 7) // 8 * 8
+    dynamic = struct.pack(e + word * 4, 14, 1, 0, 0)  # DT_SONAME at 1, DT_NULL
+    shoff = dynamic_at + len(dynamic)
+    ident = b"\x7fELF" + bytes([2 if bits == 64 else 1, 1 if endian == "little" else 2, 1]) + bytes(9)
+    header = ident + struct.pack(e + "HHI" + word * 3 + "IHHHHHH", 3, 0x3E if bits == 64 else 3, 1, 0, 0, shoff, 0,
+                                 ehsize, 0, 0, shentsize, 3, 0)
+
+    def section(kind, offset, size, link):
+        if bits == 64:
+            return struct.pack(e + "IIQQQQIIQQ", 0, kind, 0, 0, offset, size, link, 0, 1, 0)
+        return struct.pack(e + "IIIIIIIIII", 0, kind, 0, 0, offset, size, link, 0, 1, 0)
+
+    image = bytearray(header + strtab)
+    image += bytes(dynamic_at - len(image)) + dynamic
+    image += bytes(shentsize) + section(3, strtab_at, len(strtab), 0) + section(6, dynamic_at, len(dynamic), 1)
+    return bytes(image)
+
+
+write("ElfSoname", "64-little", elf(64, "little"))
+write("ElfSoname", "32-big", elf(32, "big"))
+write("ElfSoname", "64-no-soname", elf(64, "little").replace(struct.pack("<QQ", 14, 1), struct.pack("<QQ", 1, 1)))

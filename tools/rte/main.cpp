@@ -2,12 +2,31 @@
 #include "Command.h"
 
 #include <Core/Common/Units/DefaultUnits.h>
+#include <Core/Common/Utilities/InstructionSets.h>
+#include <Core/Common/Utilities/VersionInfo.h>
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
 
 namespace
 {
+
+// The tool's version, then what the library reports about itself.
+void showVersion()
+{
+  const QString unknown = QStringLiteral("unknown");
+  const auto orUnknown = [&unknown](const QString& text) { return text.isEmpty() ? unknown : text; };
+  const QString libraryFile = RTE::VersionInfo::libraryFilePath();
+  QTextStream& out = rte::out();
+  out << "rte " << QCoreApplication::applicationVersion() << "\n";
+  out << "Core.Common " << RTE::VersionInfo::libraryVersion() << "\n";
+  out << "  source revision:  " << orUnknown(RTE::VersionInfo::sourceRevision()) << "\n";
+  out << "  build date:       " << orUnknown(RTE::VersionInfo::buildDate()) << "\n";
+  out << "  library file:     " << orUnknown(libraryFile) << "\n";
+  out << "  file version:     " << orUnknown(RTE::VersionInfo::fileVersion(libraryFile)) << "\n";
+  out << "  instruction sets: " << RTE::InstructionSets::host().toString() << "\n";
+  out << Qt::flush;
+}
 
 QString commandList()
 {
@@ -43,7 +62,10 @@ int main(int argc, char* argv[])
     return 2;
   }
   if (parser.isSet(QStringLiteral("version")))
-    parser.showVersion();
+  {
+    showVersion();
+    return 0;
+  }
   const QStringList positional = parser.positionalArguments();
   if (parser.isSet(QStringLiteral("help")) || positional.isEmpty())
   {

@@ -1,6 +1,7 @@
 #include <Core/Common/Compression/ImxCoder_p.h>
 
 #include <Core/Common/Compression/PackKernels_p.h>
+#include <Core/Common/Utilities/InstructionSets.h>
 
 #include <algorithm>
 #include <atomic>
@@ -300,8 +301,10 @@ uint8_t* encodeRowsPortable(const uint8_t* source, std::size_t rows, std::size_t
 // Whether the AVX2 loops run (they may be switched off for tests and benchmarks).
 bool vectorLoops()
 {
-  static const bool bits =
-      __builtin_cpu_supports("bmi") && __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("popcnt");
+  using Feature = RTE::InstructionSets::E_Feature;
+  static const bool bits = RTE::InstructionSets::host().has(Feature::BMI1) &&
+                           RTE::InstructionSets::host().has(Feature::BMI2) &&
+                           RTE::InstructionSets::host().has(Feature::POPCNT);
   return bits && PackKernels::usesAvx2();
 }
 

@@ -1,5 +1,7 @@
 #include <Core/Common/Compression/PackKernels_p.h>
 
+#include <Core/Common/Utilities/InstructionSets.h>
+
 #include <atomic>
 #include <cstring>
 
@@ -224,7 +226,7 @@ __attribute__((target("avx2"))) std::size_t unpackFixed12Avx2(const uint8_t* s, 
 
 bool processorHasAvx2()
 {
-  static const bool has = __builtin_cpu_supports("avx2");
+  static const bool has = RTE::InstructionSets::host().has(RTE::InstructionSets::E_Feature::AVX2);
   return has;
 }
 
