@@ -74,7 +74,10 @@ inline uint8_t* foldLiterals(uint8_t* end, unsigned count)
 }
 
 // Rewrites a run of length one-byte small deltas starting at run as a nibble block;
-// returns the new end. An even run keeps its first delta as a byte.
+// returns the new end. An even run keeps its first delta as a byte. With SSE2, eight
+// pairs at a time: the last store may write up to 7 bytes past the block's end (the
+// caller keeps anything it needs from there), and the loads reach at most 13 bytes past
+// the run, which the 3 bytes per word of the output always leave room for.
 inline uint8_t* packNibbles(uint8_t* run, std::size_t length)
 {
   if (length % 2 == 0)
@@ -82,20 +85,32 @@ inline uint8_t* packNibbles(uint8_t* run, std::size_t length)
     ++run;
     --length;
   }
-  // Pair i is read from 2i, 2i + 1 and written at i + 1: never ahead of the reading.
   const std::size_t pairs = (length - 1) / 2;
-  uint8_t high = run[0], low = run[1];
-  run[0] = nibbleToken;
+  // Read before the pair stores can reach it.
+  const auto last = static_cast<uint8_t>((run[length - 1] << 4) | nibbleEnd);
+#if defined(__SSE2__)
+  // Pairs 8k .. 8k + 7 are read from 16k .. 16k + 15 and written at 8k + 1 .. 8k + 8:
+  // never ahead of the reading. Bytes hold the low nibble of the first delta of a pair
+  // and of the second: (first << 4) | (second & 0xF) from each little-endian word.
+  const __m128i low = _mm_set1_epi16(0x0F);
+  for (std::size_t i = 0; i < pairs; i += 8)
+  {
+    const __m128i words = _mm_loadu_si128(reinterpret_cast<const __m128i*>(run + 2 * i));
+    const __m128i packed = _mm_or_si128(_mm_slli_epi16(_mm_and_si128(words, low), 4),
+                                        _mm_and_si128(_mm_srli_epi16(words, 8), low));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(run + 1 + i), _mm_packus_epi16(packed, packed));
+  }
+#else
+  // Pair i is read from 2i, 2i + 1 and written at i + 1: never ahead of the reading.
+  const uint8_t firstHigh = run[0];
   for (std::size_t i = 0; i < pairs; ++i)
   {
-    if (i > 0)
-    {
-      high = run[2 * i];
-      low = run[2 * i + 1];
-    }
-    run[i + 1] = static_cast<uint8_t>((high << 4) | (low & 0x0F));
+    const uint8_t high = i == 0 ? firstHigh : run[2 * i];
+    run[i + 1] = static_cast<uint8_t>((high << 4) | (run[2 * i + 1] & 0x0F));
   }
-  run[pairs + 1] = static_cast<uint8_t>((run[length - 1] << 4) | nibbleEnd);
+#endif
+  run[0] = nibbleToken;
+  run[pairs + 1] = last;
   return run + pairs + 2;
 }
 
@@ -107,19 +122,34 @@ struct EncoderState
   unsigned pending = 0;
 };
 
-// Moves at most 32 bytes to a lower address.
-inline void moveDown(uint8_t* to, const uint8_t* from, std::size_t count)
+// At most 32 bytes, kept while the bytes before them are rewritten, then stored lower.
+struct HeldBytes
 {
 #if defined(__SSE2__)
-  const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
-  const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + 16));
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), low);
-  if (count > 16)
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(to + 16), high);
+  __m128i low, high;
+  HeldBytes(const uint8_t* from, std::size_t)
+      : low(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))),
+        high(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from + 16)))
+  {
+  }
+  void store(uint8_t* to, std::size_t count) const
+  {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), low);
+    if (count > 16)
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(to + 16), high);
+  }
 #else
-  std::memmove(to, from, count);
+  uint8_t bytes[32];
+  HeldBytes(const uint8_t* from, std::size_t count)
+  {
+    std::memcpy(bytes, from, count);
+  }
+  void store(uint8_t* to, std::size_t count) const
+  {
+    std::memcpy(to, bytes, count);
+  }
 #endif
-}
+};
 
 // The word-by-word encoder; the vector loops use it for the words they do not take.
 struct Encoder
@@ -199,9 +229,10 @@ struct Encoder
         start = base + first - moved;
         length = i - first;
       }
-      uint8_t* const packedEnd = packNibbles(start, length);
       uint8_t* const rest = base + i - moved;
-      moveDown(packedEnd, rest, count - i);
+      const HeldBytes held(rest, count - i); // the packing may write over them
+      uint8_t* const packedEnd = packNibbles(start, length);
+      held.store(packedEnd, count - i);
       moved += static_cast<std::size_t>(rest - packedEnd);
     }
     out = base + count - moved;
