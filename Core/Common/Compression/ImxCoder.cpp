@@ -80,11 +80,9 @@ inline uint8_t* foldLiterals(uint8_t* end, unsigned count)
 // the run, which the 3 bytes per word of the output always leave room for.
 inline uint8_t* packNibbles(uint8_t* run, std::size_t length)
 {
-  if (length % 2 == 0)
-  {
-    ++run;
-    --length;
-  }
+  const std::size_t even = (length & 1) ^ 1; // without a branch: the parity is random
+  run += even;
+  length -= even;
   const std::size_t pairs = (length - 1) / 2;
   // Read before the pair stores can reach it.
   const auto last = static_cast<uint8_t>((run[length - 1] << 4) | nibbleEnd);
@@ -92,14 +90,17 @@ inline uint8_t* packNibbles(uint8_t* run, std::size_t length)
   // Pairs 8k .. 8k + 7 are read from 16k .. 16k + 15 and written at 8k + 1 .. 8k + 8:
   // never ahead of the reading. Bytes hold the low nibble of the first delta of a pair
   // and of the second: (first << 4) | (second & 0xF) from each little-endian word.
+  // A run has at least 3 pairs, so the first eight need no test.
   const __m128i low = _mm_set1_epi16(0x0F);
-  for (std::size_t i = 0; i < pairs; i += 8)
+  std::size_t i = 0;
+  do
   {
     const __m128i words = _mm_loadu_si128(reinterpret_cast<const __m128i*>(run + 2 * i));
     const __m128i packed = _mm_or_si128(_mm_slli_epi16(_mm_and_si128(words, low), 4),
                                         _mm_and_si128(_mm_srli_epi16(words, 8), low));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(run + 1 + i), _mm_packus_epi16(packed, packed));
-  }
+    i += 8;
+  } while (i < pairs);
 #else
   // Pair i is read from 2i, 2i + 1 and written at i + 1: never ahead of the reading.
   const uint8_t firstHigh = run[0];
@@ -132,11 +133,11 @@ struct HeldBytes
         high(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from + 16)))
   {
   }
-  void store(uint8_t* to, std::size_t count) const
+  // All 32 bytes: they came from higher up, so the room is there.
+  void store(uint8_t* to, std::size_t) const
   {
     _mm_storeu_si128(reinterpret_cast<__m128i*>(to), low);
-    if (count > 16)
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(to + 16), high);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to + 16), high);
   }
 #else
   uint8_t bytes[32];
@@ -220,15 +221,12 @@ struct Encoder
       const unsigned i = static_cast<unsigned>(__builtin_ctzll(closes)) - 32;
       closes &= closes - 1;
       const uint32_t othersBefore = ~small & ((1u << i) - 1);
-      // The run began before the block (it is the open run) or at the block's start.
-      uint8_t* start = base - runLength;
-      std::size_t length = runLength + i;
-      if (othersBefore != 0)
-      {
-        const unsigned first = 32 - static_cast<unsigned>(__builtin_clz(othersBefore));
-        start = base + first - moved;
-        length = i - first;
-      }
+      // The run began after the last other word of the block or, without one, it is the
+      // open run. Chosen without a branch: which it is follows no pattern.
+      const unsigned first = othersBefore == 0 ? 0 : 32 - static_cast<unsigned>(__builtin_clz(othersBefore));
+      const std::size_t before = othersBefore == 0 ? runLength : 0;
+      uint8_t* const start = base + first - moved - before;
+      const std::size_t length = before + i - first;
       uint8_t* const rest = base + i - moved;
       const HeldBytes held(rest, count - i); // the packing may write over them
       uint8_t* const packedEnd = packNibbles(start, length);
