@@ -96,8 +96,8 @@ inline uint8_t* packNibbles(uint8_t* run, std::size_t length)
   do
   {
     const __m128i words = _mm_loadu_si128(reinterpret_cast<const __m128i*>(run + 2 * i));
-    const __m128i packed = _mm_or_si128(_mm_slli_epi16(_mm_and_si128(words, low), 4),
-                                        _mm_and_si128(_mm_srli_epi16(words, 8), low));
+    const __m128i packed =
+        _mm_or_si128(_mm_slli_epi16(_mm_and_si128(words, low), 4), _mm_and_si128(_mm_srli_epi16(words, 8), low));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(run + 1 + i), _mm_packus_epi16(packed, packed));
     i += 8;
   } while (i < pairs);
@@ -128,9 +128,9 @@ struct HeldBytes
 {
 #if defined(__SSE2__)
   __m128i low, high;
-  HeldBytes(const uint8_t* from, std::size_t)
-      : low(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))),
-        high(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from + 16)))
+  HeldBytes(const uint8_t* from, std::size_t) :
+      low(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))),
+      high(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from + 16)))
   {
   }
   // All 32 bytes: they came from higher up, so the room is there.
@@ -920,6 +920,44 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
 namespace
 {
 
+// Decodes the pairs of a nibble block from p (after its 0x81 and any pairs already
+// taken) up to and with its last byte; false with result set when the stream is damaged.
+// value is the running value.
+inline bool decodeNibbles(const uint8_t*& p, const uint8_t* end, uint8_t*& o, uint8_t* outEnd, unsigned& value,
+                          DecodeResult& result)
+{
+  const auto put = [&](unsigned word)
+  {
+    o[0] = static_cast<uint8_t>(word);
+    o[1] = static_cast<uint8_t>(word >> 8);
+    o += 2;
+  };
+  for (;;)
+  {
+    if (p == end)
+    {
+      result = DecodeResult::Truncated;
+      return false;
+    }
+    const uint8_t pair = *p++;
+    const bool last = (pair & 0x0F) == nibbleEnd;
+    if (static_cast<std::size_t>(outEnd - o) < (last ? 2u : 4u))
+    {
+      result = DecodeResult::Corrupt;
+      return false;
+    }
+    // Sign-extend the high nibble, then the low one.
+    value += static_cast<unsigned>(static_cast<int8_t>(pair & 0xF0) >> 4);
+    put(value & 0xFFFF);
+    if (last)
+      break;
+    value += static_cast<unsigned>(static_cast<int8_t>(pair << 4) >> 4);
+    put(value & 0xFFFF);
+  }
+  value &= 0xFFFF;
+  return true;
+}
+
 // Decodes one token (or one nibble block) at p; false with result set when the stream
 // is damaged. value is the running value.
 [[gnu::always_inline]] inline bool decodeToken(const uint8_t*& p, const uint8_t* end, uint8_t*& o, uint8_t* outEnd,
@@ -976,28 +1014,7 @@ namespace
   }
   else if (token == nibbleToken)
   {
-    for (;;)
-    {
-      if (p == end)
-      {
-        result = DecodeResult::Truncated;
-        return false;
-      }
-      const uint8_t pair = *p++;
-      const bool last = (pair & 0x0F) == nibbleEnd;
-      if (static_cast<std::size_t>(outEnd - o) < (last ? 2u : 4u))
-      {
-        result = DecodeResult::Corrupt;
-        return false;
-      }
-      // Sign-extend the high nibble, then the low one.
-      value += static_cast<unsigned>(static_cast<int8_t>(pair & 0xF0) >> 4);
-      put(value & 0xFFFF);
-      if (last)
-        break;
-      value += static_cast<unsigned>(static_cast<int8_t>(pair << 4) >> 4);
-      put(value & 0xFFFF);
-    }
+    return decodeNibbles(p, end, o, outEnd, value, result);
   }
   else
   {
@@ -1007,6 +1024,55 @@ namespace
   value &= 0xFFFF;
   return true;
 }
+
+#if defined(__SSE2__)
+// The pairs of a nibble block from p, 8 bytes (16 words) at a time while 8 source bytes
+// and 32 destination bytes are left: the nibbles sign-extended in 16-bit lanes,
+// interleaved high first, prefix-summed and added to the running value. All 16 words
+// are stored; up to the block's last byte count. True when that byte was among them (p
+// then follows it), false when the rest is left to decodeNibbles.
+inline bool decodeNibblesSse2(const uint8_t*& p, const uint8_t* end, uint8_t*& o, const uint8_t* outEnd,
+                              unsigned& value)
+{
+  const __m128i low4 = _mm_set1_epi8(0x0F);
+  while (end - p >= 8 && outEnd - o >= 32)
+  {
+    const __m128i bytes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
+    const auto ends =
+        static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(_mm_and_si128(bytes, low4), _mm_set1_epi8(nibbleEnd)))) &
+        0xFF;
+    const __m128i pairs = _mm_unpacklo_epi8(bytes, _mm_setzero_si128());
+    const __m128i high = _mm_srai_epi16(_mm_slli_epi16(pairs, 8), 12);
+    const __m128i low = _mm_srai_epi16(_mm_slli_epi16(pairs, 12), 12);
+    __m128i first = _mm_unpacklo_epi16(high, low);
+    __m128i second = _mm_unpackhi_epi16(high, low);
+    first = _mm_add_epi16(first, _mm_slli_si128(first, 2));
+    second = _mm_add_epi16(second, _mm_slli_si128(second, 2));
+    first = _mm_add_epi16(first, _mm_slli_si128(first, 4));
+    second = _mm_add_epi16(second, _mm_slli_si128(second, 4));
+    first = _mm_add_epi16(first, _mm_slli_si128(first, 8));
+    second = _mm_add_epi16(second, _mm_slli_si128(second, 8));
+    first = _mm_add_epi16(first, _mm_set1_epi16(static_cast<short>(value)));
+    const __m128i firstLast = _mm_shufflehi_epi16(_mm_unpackhi_epi64(first, first), 0xFF);
+    second = _mm_add_epi16(second, _mm_unpackhi_epi64(firstLast, firstLast));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(o), first);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(o + 16), second);
+    if (ends == 0)
+    {
+      p += 8;
+      o += 32;
+      value = static_cast<unsigned>(_mm_extract_epi16(second, 7));
+      continue;
+    }
+    const auto last = static_cast<unsigned>(__builtin_ctz(ends));
+    p += last + 1;
+    o += 2 * (2 * last + 1);
+    value = loadWord(o - 2);
+    return true;
+  }
+  return false;
+}
+#endif
 
 DecodeResult decodePortable(const uint8_t* source, std::size_t sourceSize, uint8_t* destination, std::size_t words,
                             std::size_t& consumed)
@@ -1052,6 +1118,13 @@ DecodeResult decodePortable(const uint8_t* source, std::size_t sourceSize, uint8
     }
     if (o >= outEnd)
       break;
+    if (*p == nibbleToken && end - p > 8)
+    {
+      ++p;
+      if (!decodeNibblesSse2(p, end, o, outEnd, value) && !decodeNibbles(p, end, o, outEnd, value, result))
+        break;
+      continue;
+    }
 #endif
     if (!decodeToken(p, end, o, outEnd, value, result))
       break;
@@ -1114,6 +1187,44 @@ __attribute__((target(RTE_IMX_VECTOR))) inline uint64_t tokenMask(const uint8_t*
   return lowBits | (uint64_t{highBits} << 32);
 }
 
+// The pairs of a nibble block from p, 16 bytes (32 words) at a time while 16 source
+// bytes and 64 destination bytes are left: the nibbles turned into signed bytes by a
+// table lookup, interleaved high first, then summed as plain deltas are. True when the
+// block's last byte was among them (p then follows it), false when the rest is left to
+// decodeNibbles. value is the running value.
+__attribute__((target(RTE_IMX_VECTOR))) inline bool
+decodeNibblesAvx2(const uint8_t*& p, const uint8_t* end, uint8_t*& o, const uint8_t* outEnd, unsigned& value)
+{
+  const __m128i signedNibble = _mm_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, -8, -7, -6, -5, -4, -3, -2, -1);
+  const __m128i low4 = _mm_set1_epi8(0x0F);
+  __m256i running = _mm256_set1_epi16(static_cast<short>(value));
+  while (end - p >= 16 && outEnd - o >= 64)
+  {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+    const __m128i lows = _mm_and_si128(bytes, low4);
+    const auto ends = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(lows, _mm_set1_epi8(nibbleEnd))));
+    const __m128i high = _mm_shuffle_epi8(signedNibble, _mm_and_si128(_mm_srli_epi16(bytes, 4), low4));
+    const __m128i low = _mm_shuffle_epi8(signedNibble, lows);
+    const Sums sums = prefixSums(_mm256_set_m128i(_mm_unpackhi_epi8(high, low), _mm_unpacklo_epi8(high, low)));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), _mm256_add_epi16(sums.low, running));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 32), _mm256_add_epi16(sums.high, running));
+    if (ends == 0)
+    {
+      running = _mm256_add_epi16(running, broadcastLast(sums.high));
+      p += 16;
+      o += 64;
+      continue;
+    }
+    const auto last = static_cast<unsigned>(__builtin_ctz(ends));
+    p += last + 1;
+    o += 2 * (2 * last + 1);
+    value = loadWord(o - 2);
+    return true;
+  }
+  value = static_cast<unsigned>(_mm256_extract_epi16(running, 0)) & 0xFFFF;
+  return false;
+}
+
 // 32 token bytes at a time: when none of them is 0x7F, 0x80 or 0x81 they are 32 deltas:
 // widened, prefix-summed and added to the running value, 64 bytes stored. Otherwise the
 // deltas before the first token byte count (all 64 bytes are stored all the same; the
@@ -1133,7 +1244,8 @@ __attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t* s
   while (o < outEnd)
   {
     // Room for the 64 bytes of a token mask and 32 words.
-    if (end - p >= 64 && outEnd - o >= 64 && static_cast<uint8_t>(*p - literalRunToken) > 2)
+    bool inNibbles = false; // the fast loop stopped inside a nibble block
+    if (end - p >= 64 && outEnd - o >= 64 && *p != literalRunToken)
     {
       __m256i running = _mm256_set1_epi16(static_cast<short>(value));
       // The token bytes among the next known bytes, found 64 at a time: where the next
@@ -1167,23 +1279,44 @@ __attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t* s
           const auto plain = static_cast<unsigned>(__builtin_ctzll(tokens));
           p += plain;
           o += 2 * plain;
-          if (*p != literalToken)
+          if (*p == nibbleToken)
+          {
+            value = plain == 0 ? static_cast<unsigned>(_mm256_extract_epi16(running, 0)) : loadWord(o - 2);
+            ++p;
+            if (!decodeNibblesAvx2(p, end, o, outEnd, value))
+            {
+              inNibbles = true;
+              break;
+            }
+            running = _mm256_set1_epi16(static_cast<short>(value));
+            known = 0; // the mask is reloaded from the new position
+          }
+          else if (*p != literalToken)
           {
             value = plain == 0 ? static_cast<unsigned>(_mm256_extract_epi16(running, 0)) : loadWord(o - 2);
             break;
           }
-          std::memcpy(o, p + 1, 2);
-          running = _mm256_broadcastw_epi16(_mm_loadu_si16(p + 1));
-          p += 3;
-          o += 2;
-          tokens >>= plain + 3;
-          known -= static_cast<int>(plain + 3);
+          else
+          {
+            std::memcpy(o, p + 1, 2);
+            running = _mm256_broadcastw_epi16(_mm_loadu_si16(p + 1));
+            p += 3;
+            o += 2;
+            tokens >>= plain + 3;
+            known -= static_cast<int>(plain + 3);
+          }
         }
         if (end - p < 64 || outEnd - o < 64)
         {
           value = static_cast<unsigned>(_mm256_extract_epi16(running, 0)) & 0xFFFF;
           break;
         }
+      }
+      if (inNibbles)
+      {
+        if (!decodeNibbles(p, end, o, outEnd, value, result))
+          break;
+        continue;
       }
       if (o >= outEnd)
         break;
