@@ -1118,7 +1118,7 @@ DecodeResult decodePortable(const uint8_t* source, std::size_t sourceSize, uint8
     }
     if (o >= outEnd)
       break;
-    if (*p == nibbleToken && end - p > 8)
+    if (end - p > 8 && *p == nibbleToken)
     {
       ++p;
       if (!decodeNibblesSse2(p, end, o, outEnd, value) && !decodeNibbles(p, end, o, outEnd, value, result))
