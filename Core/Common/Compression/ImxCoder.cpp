@@ -74,10 +74,12 @@ inline uint8_t* foldLiterals(uint8_t* end, unsigned count)
 }
 
 // Rewrites a run of length one-byte small deltas starting at run as a nibble block;
-// returns the new end. An even run keeps its first delta as a byte. With SSE2, eight
-// pairs at a time: the last store may write up to 7 bytes past the block's end (the
-// caller keeps anything it needs from there), and the loads reach at most 13 bytes past
-// the run, which the 3 bytes per word of the output always leave room for.
+// returns the new end. An even run keeps its first delta as a byte. With SSE2, step
+// pairs at a time (8 or 16): the last store may write up to step - 1 bytes past the
+// block's end (the caller keeps anything it needs from there), and the loads reach up
+// to 2 * step - 3 bytes past the run. With 8, the 3 bytes per word of the output always
+// leave room for that; the vector loops, which stop well before the end, take 16.
+template <std::size_t step = 8>
 inline uint8_t* packNibbles(uint8_t* run, std::size_t length)
 {
   const std::size_t even = (length & 1) ^ 1; // without a branch: the parity is random
@@ -87,19 +89,25 @@ inline uint8_t* packNibbles(uint8_t* run, std::size_t length)
   // Read before the pair stores can reach it.
   const auto last = static_cast<uint8_t>((run[length - 1] << 4) | nibbleEnd);
 #if defined(__SSE2__)
-  // Pairs 8k .. 8k + 7 are read from 16k .. 16k + 15 and written at 8k + 1 .. 8k + 8:
-  // never ahead of the reading. Bytes hold the low nibble of the first delta of a pair
-  // and of the second: (first << 4) | (second & 0xF) from each little-endian word.
-  // A run has at least 3 pairs, so the first eight need no test.
+  // Pairs i .. i + step - 1 are read from 2i on and written from i + 1 on: never ahead
+  // of the reading. Each little-endian word of two deltas gives (first << 4) | (second &
+  // 0xF). A run has at least 3 pairs, so the first step needs no test.
+  static_assert(step == 8 || step == 16);
   const __m128i low = _mm_set1_epi16(0x0F);
+  const auto packPairs = [&](const uint8_t* from)
+  {
+    const __m128i words = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+    return _mm_or_si128(_mm_slli_epi16(_mm_and_si128(words, low), 4), _mm_and_si128(_mm_srli_epi16(words, 8), low));
+  };
   std::size_t i = 0;
   do
   {
-    const __m128i words = _mm_loadu_si128(reinterpret_cast<const __m128i*>(run + 2 * i));
-    const __m128i packed =
-        _mm_or_si128(_mm_slli_epi16(_mm_and_si128(words, low), 4), _mm_and_si128(_mm_srli_epi16(words, 8), low));
-    _mm_storel_epi64(reinterpret_cast<__m128i*>(run + 1 + i), _mm_packus_epi16(packed, packed));
-    i += 8;
+    const __m128i first = packPairs(run + 2 * i);
+    if constexpr (step == 8)
+      _mm_storel_epi64(reinterpret_cast<__m128i*>(run + 1 + i), _mm_packus_epi16(first, first));
+    else
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(run + 1 + i), _mm_packus_epi16(first, packPairs(run + 2 * i + 16)));
+    i += step;
   } while (i < pairs);
 #else
   // Pair i is read from 2i, 2i + 1 and written at i + 1: never ahead of the reading.
@@ -222,14 +230,15 @@ struct Encoder
       closes &= closes - 1;
       const uint32_t othersBefore = ~small & ((1u << i) - 1);
       // The run began after the last other word of the block or, without one, it is the
-      // open run. Chosen without a branch: which it is follows no pattern.
-      const unsigned first = othersBefore == 0 ? 0 : 32 - static_cast<unsigned>(__builtin_clz(othersBefore));
-      const std::size_t before = othersBefore == 0 ? runLength : 0;
+      // open run. Chosen without a branch: which it is follows no pattern. first is the
+      // bit length of othersBefore (0 for none).
+      const auto first = static_cast<unsigned>(63 - __builtin_clzll((uint64_t{othersBefore} << 1) | 1));
+      const std::size_t before = runLength & (std::size_t{0} - (othersBefore == 0));
       uint8_t* const start = base + first - moved - before;
       const std::size_t length = before + i - first;
       uint8_t* const rest = base + i - moved;
       const HeldBytes held(rest, count - i); // the packing may write over them
-      uint8_t* const packedEnd = packNibbles(start, length);
+      uint8_t* const packedEnd = packNibbles<16>(start, length);
       held.store(packedEnd, count - i);
       moved += static_cast<std::size_t>(rest - packedEnd);
     }
@@ -455,6 +464,15 @@ quickBlock(Encoder& e, const uint8_t* at, const Block& block, unsigned count, ui
   return true;
 }
 
+// Bits 32 + i: word i of a block ends a run of at least 7 small deltas; small holds the
+// block's small-delta bits, tail those of the 32 words before it.
+inline uint64_t closingRuns(uint32_t small, uint32_t tail)
+{
+  const uint64_t runs = (uint64_t{small} << 32) | tail;
+  const uint64_t two = runs & (runs << 1), four = two & (two << 2), seven = four & (four << 3);
+  return (seven << 1) & ~runs & ~uint64_t{0xFFFFFFFF};
+}
+
 // The tail bits of an open run of the given length.
 inline uint32_t runBits(std::size_t runLength)
 {
@@ -589,7 +607,16 @@ __attribute__((target(RTE_IMX_VECTOR))) uint8_t* encodeRowsAvx2(const uint8_t* s
       {
         const uint8_t* at = source + 2 * column;
         const Block block = classify(at);
-        if (quickBlock(e, at, block, 32, tail))
+        if (block.fit == 0xFFFFFFFFu && e.pending == 0)
+        {
+          // 32 one-byte deltas, most blocks of a low-noise image: the runs closing in
+          // the block are packed.
+          _mm256_storeu_si256(reinterpret_cast<__m256i*>(e.out), block.bytes);
+          e.takeDeltaBytes(32, block.small, closingRuns(block.small, tail));
+          tail = block.small;
+          column += 32;
+        }
+        else if (quickBlock(e, at, block, 32, tail))
         {
           column += 32;
         }
