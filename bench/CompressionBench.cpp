@@ -84,12 +84,34 @@ Image makeImage(const std::string& name, double background, double gain, double 
   return image;
 }
 
+// A flat field: a smooth two-dimensional gradient (about 1500 DN over the frame) with
+// Gaussian noise of the given size, as a cooled sensor gives it.
+Image makeFlatField(const std::string& name, double level, double noise, unsigned seed)
+{
+  std::mt19937 random(seed);
+  std::normal_distribution<double> unit(0.0, 1.0);
+  Image image{name, std::vector<uint8_t>(columns * rows * 2)};
+  for (std::size_t r = 0; r < rows; ++r)
+    for (std::size_t c = 0; c < columns; ++c)
+    {
+      const double x = static_cast<double>(c) / columns, y = static_cast<double>(r) / rows;
+      const double smooth = level + 900 * x + 600 * y * y - 300 * x * y;
+      const auto value = static_cast<unsigned>(std::clamp(std::lround(smooth + noise * unit(random)), 0L, 65535L));
+      image.bytes[2 * (r * columns + c)] = static_cast<uint8_t>(value);
+      image.bytes[2 * (r * columns + c) + 1] = static_cast<uint8_t>(value >> 8);
+    }
+  return image;
+}
+
 const std::vector<Image>& images()
 {
   static const std::vector<Image> all{
       makeImage("12bit-dim", 100, 0.5, 1.5, 3000, 4095, 1),     // low light, 12-bit sensor
       makeImage("12bit-bright", 1500, 1.0, 2.5, 2500, 4095, 2), // well lit, some saturation
       makeImage("16bit", 4000, 2.0, 6.0, 60000, 65535, 3),      // 16-bit range
+      // Low noise: nearly every delta is small, so nibble blocks make most of the stream.
+      makeImage("12bit-lownoise", 400, 0.0, 2.0, 300, 4095, 4), // about 2 DN, faint spots
+      makeFlatField("16bit-flat", 30000, 3.0, 5),               // about 3 DN over a gradient
   };
   return all;
 }

@@ -162,6 +162,43 @@ std::vector<uint16_t> stretchedImage(std::size_t words, unsigned seed)
   return image;
 }
 
+// A low-noise image: a slow ramp with noise of the given size (mostly small deltas, so
+// nibble blocks of every length), now and then a bright pixel or a literal jump.
+std::vector<uint16_t> lowNoiseImage(std::size_t words, double spread, unsigned seed)
+{
+  std::mt19937 random(seed);
+  std::normal_distribution<double> noise(0.0, spread);
+  std::uniform_int_distribution<int> rare(0, 499);
+  std::vector<uint16_t> image(words);
+  for (std::size_t i = 0; i < words; ++i)
+  {
+    double value = 2000.0 + static_cast<double>(i % 1500) * 0.3 + noise(random);
+    const int event = rare(random);
+    if (event == 0)
+      value += 90; // a one-byte delta in and out
+    else if (event == 1)
+      value += 20000; // literals in and out
+    image[i] = static_cast<uint16_t>(std::clamp(value, 0.0, 65535.0));
+  }
+  return image;
+}
+
+// Encodes with the vector loops and the portable ones, checks both streams against the
+// rules and that both decoders give the image back.
+void expectAllLoopsAgree(const std::vector<uint16_t>& image, std::size_t columns)
+{
+  const Bytes expected = referenceStream(image, columns);
+  const auto c = static_cast<qlonglong>(columns), r = static_cast<qlonglong>(image.size() / columns);
+  for (bool portable : {false, true})
+  {
+    SCOPED_TRACE(portable ? "portable" : "vector");
+    RTE::PackKernels::setPortableOnly(portable);
+    EXPECT_EQ(imx(image, c, r), expected);
+    EXPECT_EQ(unimx(expected, c, r), image);
+    RTE::PackKernels::setPortableOnly(false);
+  }
+}
+
 } // namespace
 
 TEST(C_IMX, StreamsFollowTheRulesOnVariedImages)
@@ -424,4 +461,76 @@ TEST(C_IMX, DamagedStreamsAreRefused)
   }
   EXPECT_EQ(unimx({0x81, 0x11, 0x18, 0x01}, 4, 1), (std::vector<uint16_t>{1, 2, 3, 4}));
   EXPECT_EQ(unimx({0x82, 0x7E, 0x81, 0xF8}, 3, 1), (std::vector<uint16_t>{0xFF82, 0, 0xFFFF}));
+}
+
+TEST(C_IMX, NibbleBlocksOfEveryLengthAndPlace)
+{
+  // Runs of 7 to 80 small deltas after 0 to 33 one-byte deltas: every parity, every
+  // place of the block in a vector block, every place of its last byte in a decoded chunk.
+  for (std::size_t before = 0; before < 34; ++before)
+    for (std::size_t length = 7; length <= 80; ++length)
+    {
+      SCOPED_TRACE(testing::Message() << before << " deltas, run of " << length);
+      std::vector<uint16_t> words;
+      int value = 1000;
+      for (std::size_t i = 0; i < before; ++i)
+        words.push_back(static_cast<uint16_t>(value += 20));
+      for (std::size_t i = 0; i < length; ++i)
+        words.push_back(static_cast<uint16_t>(value += static_cast<int>(i * 5 % 15) - 7));
+      words.push_back(static_cast<uint16_t>(value += 50));
+      while (words.size() % 64 != 0 || words.size() < 192)
+        words.push_back(static_cast<uint16_t>(value += words.size() % 3 == 0 ? 30 : 1));
+      expectAllLoopsAgree(words, words.size());
+      expectAllLoopsAgree(words, 64);
+    }
+}
+
+TEST(C_IMX, LowNoiseImagesOfManyShapes)
+{
+  // Noise of 1 to 4 DN makes nibble blocks most of the stream; row lengths around the
+  // block sizes, odd ones, rows shorter than a block, and one long row.
+  const struct
+  {
+    std::size_t columns, rows;
+  } shapes[] = {{7, 40}, {8, 40}, {15, 30}, {31, 20}, {32, 20}, {33, 20},  {63, 9},
+                {64, 9}, {65, 9}, {97, 7},  {127, 5}, {129, 5}, {1001, 3}, {4099, 1}};
+  for (double spread : {1.0, 2.0, 3.0, 4.0})
+    for (const auto& shape : shapes)
+    {
+      SCOPED_TRACE(testing::Message() << "noise " << spread << ", " << shape.columns << " x " << shape.rows);
+      const std::vector<uint16_t> image =
+          lowNoiseImage(shape.columns * shape.rows, spread, static_cast<unsigned>(shape.columns * 10 + spread));
+      expectAllLoopsAgree(image, shape.columns);
+      RTE::ImxCoder::setParallelThreads(3);
+      EXPECT_EQ(imx(image, static_cast<qlonglong>(shape.columns), static_cast<qlonglong>(shape.rows), true),
+                referenceStream(image, shape.columns));
+      RTE::ImxCoder::setParallelThreads(0);
+    }
+}
+
+TEST(C_IMX, DamagedNibbleBlocksAreRefusedByEveryDecoder)
+{
+  // A long block without its last byte: the source ends inside it, or it would describe
+  // more words than the block holds. Long enough for the wide loops to take it.
+  Bytes open{0x81};
+  open.insert(open.end(), 100, 0x11);
+  Bytes tooLong = open;
+  tooLong.push_back(0x18);
+  tooLong.insert(tooLong.end(), 80, 0x01);
+  for (bool portable : {false, true})
+  {
+    SCOPED_TRACE(portable ? "portable" : "vector");
+    RTE::PackKernels::setPortableOnly(portable);
+    unimx(open, 400, 1, I_Compression::ErrorSourceTooShort);
+    unimx(open, 150, 1, I_Compression::ErrorCorruptData);
+    unimx(tooLong, 200, 1, I_Compression::ErrorCorruptData);
+    unimx(tooLong, 300, 1, I_Compression::ErrorSourceTooShort);
+    std::vector<uint16_t> words;
+    for (uint16_t i = 1; i <= 201; ++i)
+      words.push_back(i);
+    for (uint16_t i = 0; i < 80; ++i)
+      words.push_back(static_cast<uint16_t>(202 + i));
+    EXPECT_EQ(unimx(tooLong, 281, 1), words);
+    RTE::PackKernels::setPortableOnly(false);
+  }
 }

@@ -75,28 +75,52 @@ inline uint8_t* foldLiterals(uint8_t* end, unsigned count)
 }
 
 // Rewrites a run of length one-byte small deltas starting at run as a nibble block;
-// returns the new end. An even run keeps its first delta as a byte.
+// returns the new end. An even run keeps its first delta as a byte. With SSE2, step
+// pairs at a time (8 or 16): the last store may write up to step - 1 bytes past the
+// block's end (the caller keeps anything it needs from there), and the loads reach up
+// to 2 * step - 3 bytes past the run. With 8, the 3 bytes per word of the output always
+// leave room for that; the vector loops, which stop well before the end, take 16.
+template <std::size_t step = 8>
 inline uint8_t* packNibbles(uint8_t* run, std::size_t length)
 {
-  if (length % 2 == 0)
-  {
-    ++run;
-    --length;
-  }
-  // Pair i is read from 2i, 2i + 1 and written at i + 1: never ahead of the reading.
+  const std::size_t even = (length & 1) ^ 1; // without a branch: the parity is random
+  run += even;
+  length -= even;
   const std::size_t pairs = (length - 1) / 2;
-  uint8_t high = run[0], low = run[1];
-  run[0] = nibbleToken;
+  // Read before the pair stores can reach it.
+  const auto last = static_cast<uint8_t>((run[length - 1] << 4) | nibbleEnd);
+#if defined(__SSE2__)
+  // Pairs i .. i + step - 1 are read from 2i on and written from i + 1 on: never ahead
+  // of the reading. Each little-endian word of two deltas gives (first << 4) | (second &
+  // 0xF). A run has at least 3 pairs, so the first step needs no test.
+  static_assert(step == 8 || step == 16);
+  const __m128i low = _mm_set1_epi16(0x0F);
+  const auto packPairs = [&](const uint8_t* from)
+  {
+    const __m128i words = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+    return _mm_or_si128(_mm_slli_epi16(_mm_and_si128(words, low), 4), _mm_and_si128(_mm_srli_epi16(words, 8), low));
+  };
+  std::size_t i = 0;
+  do
+  {
+    const __m128i first = packPairs(run + 2 * i);
+    if constexpr (step == 8)
+      _mm_storel_epi64(reinterpret_cast<__m128i*>(run + 1 + i), _mm_packus_epi16(first, first));
+    else
+      _mm_storeu_si128(reinterpret_cast<__m128i*>(run + 1 + i), _mm_packus_epi16(first, packPairs(run + 2 * i + 16)));
+    i += step;
+  } while (i < pairs);
+#else
+  // Pair i is read from 2i, 2i + 1 and written at i + 1: never ahead of the reading.
+  const uint8_t firstHigh = run[0];
   for (std::size_t i = 0; i < pairs; ++i)
   {
-    if (i > 0)
-    {
-      high = run[2 * i];
-      low = run[2 * i + 1];
-    }
-    run[i + 1] = static_cast<uint8_t>((high << 4) | (low & 0x0F));
+    const uint8_t high = i == 0 ? firstHigh : run[2 * i];
+    run[i + 1] = static_cast<uint8_t>((high << 4) | (run[2 * i + 1] & 0x0F));
   }
-  run[pairs + 1] = static_cast<uint8_t>((run[length - 1] << 4) | nibbleEnd);
+#endif
+  run[0] = nibbleToken;
+  run[pairs + 1] = last;
   return run + pairs + 2;
 }
 
@@ -108,19 +132,34 @@ struct EncoderState
   unsigned pending = 0;
 };
 
-// Moves at most 32 bytes to a lower address.
-inline void moveDown(uint8_t* to, const uint8_t* from, std::size_t count)
+// At most 32 bytes, kept while the bytes before them are rewritten, then stored lower.
+struct HeldBytes
 {
 #if defined(__SSE2__)
-  const __m128i low = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
-  const __m128i high = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from + 16));
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(to), low);
-  if (count > 16)
+  __m128i low, high;
+  HeldBytes(const uint8_t* from, std::size_t) :
+      low(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from))),
+      high(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from + 16)))
+  {
+  }
+  // All 32 bytes: they came from higher up, so the room is there.
+  void store(uint8_t* to, std::size_t) const
+  {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), low);
     _mm_storeu_si128(reinterpret_cast<__m128i*>(to + 16), high);
+  }
 #else
-  std::memmove(to, from, count);
+  uint8_t bytes[32];
+  HeldBytes(const uint8_t* from, std::size_t count)
+  {
+    std::memcpy(bytes, from, count);
+  }
+  void store(uint8_t* to, std::size_t count) const
+  {
+    std::memcpy(to, bytes, count);
+  }
 #endif
-}
+};
 
 // The word-by-word encoder; the vector loops use it for the words they do not take.
 struct Encoder
@@ -191,18 +230,17 @@ struct Encoder
       const unsigned i = static_cast<unsigned>(__builtin_ctzll(closes)) - 32;
       closes &= closes - 1;
       const uint32_t othersBefore = ~small & ((1u << i) - 1);
-      // The run began before the block (it is the open run) or at the block's start.
-      uint8_t* start = base - runLength;
-      std::size_t length = runLength + i;
-      if (othersBefore != 0)
-      {
-        const unsigned first = 32 - static_cast<unsigned>(__builtin_clz(othersBefore));
-        start = base + first - moved;
-        length = i - first;
-      }
-      uint8_t* const packedEnd = packNibbles(start, length);
+      // The run began after the last other word of the block or, without one, it is the
+      // open run. Chosen without a branch: which it is follows no pattern. first is the
+      // bit length of othersBefore (0 for none).
+      const auto first = static_cast<unsigned>(63 - __builtin_clzll((uint64_t{othersBefore} << 1) | 1));
+      const std::size_t before = runLength & (std::size_t{0} - (othersBefore == 0));
+      uint8_t* const start = base + first - moved - before;
+      const std::size_t length = before + i - first;
       uint8_t* const rest = base + i - moved;
-      moveDown(packedEnd, rest, count - i);
+      const HeldBytes held(rest, count - i); // the packing may write over them
+      uint8_t* const packedEnd = packNibbles<16>(start, length);
+      held.store(packedEnd, count - i);
       moved += static_cast<std::size_t>(rest - packedEnd);
     }
     out = base + count - moved;
@@ -429,10 +467,33 @@ quickBlock(Encoder& e, const uint8_t* at, const Block& block, unsigned count, ui
   return true;
 }
 
+// Bits 32 + i: word i of a block ends a run of at least 7 small deltas; small holds the
+// block's small-delta bits, tail those of the 32 words before it.
+inline uint64_t closingRuns(uint32_t small, uint32_t tail)
+{
+  const uint64_t runs = (uint64_t{small} << 32) | tail;
+  const uint64_t two = runs & (runs << 1), four = two & (two << 2), seven = four & (four << 3);
+  return (seven << 1) & ~runs & ~uint64_t{0xFFFFFFFF};
+}
+
 // The tail bits of an open run of the given length.
 inline uint32_t runBits(std::size_t runLength)
 {
   return runLength >= 32 ? 0xFFFFFFFFu : static_cast<uint32_t>(0xFFFFFFFFull << (32 - runLength));
+}
+
+// The literal tokens (0x80, low, high) of the ten words from words, in 32 bytes at o
+// (the last two bytes are the next token's start).
+__attribute__((target(RTE_IMX_VECTOR), always_inline)) inline void literalTokens(uint8_t* o, const uint8_t* words)
+{
+  constexpr char x = -128; // a zero byte, to be made a token
+  const __m128i first = _mm_shuffle_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(words)),
+                                         _mm_setr_epi8(x, 0, 1, x, 2, 3, x, 4, 5, x, 6, 7, x, 8, 9, x));
+  const __m128i second = _mm_shuffle_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(words + 10)),
+                                          _mm_setr_epi8(0, 1, x, 2, 3, x, 4, 5, x, 6, 7, x, 8, 9, x, 10));
+  const __m256i tokens = _mm256_setr_epi8(x, 0, 0, x, 0, 0, x, 0, 0, x, 0, 0, x, 0, 0, x, //
+                                          0, 0, x, 0, 0, x, 0, 0, x, 0, 0, x, 0, 0, x, 0);
+  _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), _mm256_or_si256(_mm256_set_m128i(second, first), tokens));
 }
 
 // Any other block of 32 words; returns the words taken (at least one). A block of
@@ -525,11 +586,11 @@ __attribute__((target(RTE_IMX_VECTOR), noinline)) unsigned fullBlock(Encoder& e,
     }
     else
     {
-      for (unsigned k = j; k < end; ++k, o += 3)
-      {
-        const uint32_t token = literalToken | (loadWord(at + 2 * k) << 8);
-        std::memcpy(o, &token, 4);
-      }
+      // Ten tokens per store, so that a streak of random length seldom needs a second
+      // round: stores reach at most 29 bytes past the streak's tokens.
+      for (unsigned k = 0; k < streak; k += 10)
+        literalTokens(o + 3 * k, at + 2 * (j + k));
+      o += 3 * streak;
       pending += streak;
     }
     i = end;
@@ -563,7 +624,16 @@ __attribute__((target(RTE_IMX_VECTOR))) uint8_t* encodeRowsAvx2(const uint8_t* s
       {
         const uint8_t* at = source + 2 * column;
         const Block block = classify(at);
-        if (quickBlock(e, at, block, 32, tail))
+        if (block.fit == 0xFFFFFFFFu && e.pending == 0)
+        {
+          // 32 one-byte deltas, most blocks of a low-noise image: the runs closing in
+          // the block are packed.
+          _mm256_storeu_si256(reinterpret_cast<__m256i*>(e.out), block.bytes);
+          e.takeDeltaBytes(32, block.small, closingRuns(block.small, tail));
+          tail = block.small;
+          column += 32;
+        }
+        else if (quickBlock(e, at, block, 32, tail))
         {
           column += 32;
         }
@@ -894,6 +964,44 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
 namespace
 {
 
+// Decodes the pairs of a nibble block from p (after its 0x81 and any pairs already
+// taken) up to and with its last byte; false with result set when the stream is damaged.
+// value is the running value.
+inline bool decodeNibbles(const uint8_t*& p, const uint8_t* end, uint8_t*& o, uint8_t* outEnd, unsigned& value,
+                          DecodeResult& result)
+{
+  const auto put = [&](unsigned word)
+  {
+    o[0] = static_cast<uint8_t>(word);
+    o[1] = static_cast<uint8_t>(word >> 8);
+    o += 2;
+  };
+  for (;;)
+  {
+    if (p == end)
+    {
+      result = DecodeResult::Truncated;
+      return false;
+    }
+    const uint8_t pair = *p++;
+    const bool last = (pair & 0x0F) == nibbleEnd;
+    if (static_cast<std::size_t>(outEnd - o) < (last ? 2u : 4u))
+    {
+      result = DecodeResult::Corrupt;
+      return false;
+    }
+    // Sign-extend the high nibble, then the low one.
+    value += static_cast<unsigned>(static_cast<int8_t>(pair & 0xF0) >> 4);
+    put(value & 0xFFFF);
+    if (last)
+      break;
+    value += static_cast<unsigned>(static_cast<int8_t>(pair << 4) >> 4);
+    put(value & 0xFFFF);
+  }
+  value &= 0xFFFF;
+  return true;
+}
+
 // Decodes one token (or one nibble block) at p; false with result set when the stream
 // is damaged. value is the running value.
 [[gnu::always_inline]] inline bool decodeToken(const uint8_t*& p, const uint8_t* end, uint8_t*& o, uint8_t* outEnd,
@@ -950,28 +1058,7 @@ namespace
   }
   else if (token == nibbleToken)
   {
-    for (;;)
-    {
-      if (p == end)
-      {
-        result = DecodeResult::Truncated;
-        return false;
-      }
-      const uint8_t pair = *p++;
-      const bool last = (pair & 0x0F) == nibbleEnd;
-      if (static_cast<std::size_t>(outEnd - o) < (last ? 2u : 4u))
-      {
-        result = DecodeResult::Corrupt;
-        return false;
-      }
-      // Sign-extend the high nibble, then the low one.
-      value += static_cast<unsigned>(static_cast<int8_t>(pair & 0xF0) >> 4);
-      put(value & 0xFFFF);
-      if (last)
-        break;
-      value += static_cast<unsigned>(static_cast<int8_t>(pair << 4) >> 4);
-      put(value & 0xFFFF);
-    }
+    return decodeNibbles(p, end, o, outEnd, value, result);
   }
   else
   {
@@ -981,6 +1068,55 @@ namespace
   value &= 0xFFFF;
   return true;
 }
+
+#if defined(__SSE2__)
+// The pairs of a nibble block from p, 8 bytes (16 words) at a time while 8 source bytes
+// and 32 destination bytes are left: the nibbles sign-extended in 16-bit lanes,
+// interleaved high first, prefix-summed and added to the running value. All 16 words
+// are stored; up to the block's last byte count. True when that byte was among them (p
+// then follows it), false when the rest is left to decodeNibbles.
+inline bool decodeNibblesSse2(const uint8_t*& p, const uint8_t* end, uint8_t*& o, const uint8_t* outEnd,
+                              unsigned& value)
+{
+  const __m128i low4 = _mm_set1_epi8(0x0F);
+  while (end - p >= 8 && outEnd - o >= 32)
+  {
+    const __m128i bytes = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
+    const auto ends =
+        static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(_mm_and_si128(bytes, low4), _mm_set1_epi8(nibbleEnd)))) &
+        0xFF;
+    const __m128i pairs = _mm_unpacklo_epi8(bytes, _mm_setzero_si128());
+    const __m128i high = _mm_srai_epi16(_mm_slli_epi16(pairs, 8), 12);
+    const __m128i low = _mm_srai_epi16(_mm_slli_epi16(pairs, 12), 12);
+    __m128i first = _mm_unpacklo_epi16(high, low);
+    __m128i second = _mm_unpackhi_epi16(high, low);
+    first = _mm_add_epi16(first, _mm_slli_si128(first, 2));
+    second = _mm_add_epi16(second, _mm_slli_si128(second, 2));
+    first = _mm_add_epi16(first, _mm_slli_si128(first, 4));
+    second = _mm_add_epi16(second, _mm_slli_si128(second, 4));
+    first = _mm_add_epi16(first, _mm_slli_si128(first, 8));
+    second = _mm_add_epi16(second, _mm_slli_si128(second, 8));
+    first = _mm_add_epi16(first, _mm_set1_epi16(static_cast<short>(value)));
+    const __m128i firstLast = _mm_shufflehi_epi16(_mm_unpackhi_epi64(first, first), 0xFF);
+    second = _mm_add_epi16(second, _mm_unpackhi_epi64(firstLast, firstLast));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(o), first);
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(o + 16), second);
+    if (ends == 0)
+    {
+      p += 8;
+      o += 32;
+      value = static_cast<unsigned>(_mm_extract_epi16(second, 7));
+      continue;
+    }
+    const auto last = static_cast<unsigned>(__builtin_ctz(ends));
+    p += last + 1;
+    o += 2 * (2 * last + 1);
+    value = loadWord(o - 2);
+    return true;
+  }
+  return false;
+}
+#endif
 
 DecodeResult decodePortable(const uint8_t* source, std::size_t sourceSize, uint8_t* destination, std::size_t words,
                             std::size_t& consumed)
@@ -1026,6 +1162,13 @@ DecodeResult decodePortable(const uint8_t* source, std::size_t sourceSize, uint8
     }
     if (o >= outEnd)
       break;
+    if (end - p > 8 && *p == nibbleToken)
+    {
+      ++p;
+      if (!decodeNibblesSse2(p, end, o, outEnd, value) && !decodeNibbles(p, end, o, outEnd, value, result))
+        break;
+      continue;
+    }
 #endif
     if (!decodeToken(p, end, o, outEnd, value, result))
       break;
@@ -1088,6 +1231,44 @@ __attribute__((target(RTE_IMX_VECTOR))) inline uint64_t tokenMask(const uint8_t*
   return lowBits | (uint64_t{highBits} << 32);
 }
 
+// The pairs of a nibble block from p, 16 bytes (32 words) at a time while 16 source
+// bytes and 64 destination bytes are left: the nibbles turned into signed bytes by a
+// table lookup, interleaved high first, then summed as plain deltas are. True when the
+// block's last byte was among them (p then follows it), false when the rest is left to
+// decodeNibbles. value is the running value.
+__attribute__((target(RTE_IMX_VECTOR))) inline bool
+decodeNibblesAvx2(const uint8_t*& p, const uint8_t* end, uint8_t*& o, const uint8_t* outEnd, unsigned& value)
+{
+  const __m128i signedNibble = _mm_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, -8, -7, -6, -5, -4, -3, -2, -1);
+  const __m128i low4 = _mm_set1_epi8(0x0F);
+  __m256i running = _mm256_set1_epi16(static_cast<short>(value));
+  while (end - p >= 16 && outEnd - o >= 64)
+  {
+    const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p));
+    const __m128i lows = _mm_and_si128(bytes, low4);
+    const auto ends = static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(lows, _mm_set1_epi8(nibbleEnd))));
+    const __m128i high = _mm_shuffle_epi8(signedNibble, _mm_and_si128(_mm_srli_epi16(bytes, 4), low4));
+    const __m128i low = _mm_shuffle_epi8(signedNibble, lows);
+    const Sums sums = prefixSums(_mm256_set_m128i(_mm_unpackhi_epi8(high, low), _mm_unpacklo_epi8(high, low)));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(o), _mm256_add_epi16(sums.low, running));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 32), _mm256_add_epi16(sums.high, running));
+    if (ends == 0)
+    {
+      running = _mm256_add_epi16(running, broadcastLast(sums.high));
+      p += 16;
+      o += 64;
+      continue;
+    }
+    const auto last = static_cast<unsigned>(__builtin_ctz(ends));
+    p += last + 1;
+    o += 2 * (2 * last + 1);
+    value = loadWord(o - 2);
+    return true;
+  }
+  value = static_cast<unsigned>(_mm256_extract_epi16(running, 0)) & 0xFFFF;
+  return false;
+}
+
 // 32 token bytes at a time: when none of them is 0x7F, 0x80 or 0x81 they are 32 deltas:
 // widened, prefix-summed and added to the running value, 64 bytes stored. Otherwise the
 // deltas before the first token byte count (all 64 bytes are stored all the same; the
@@ -1107,7 +1288,8 @@ __attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t* s
   while (o < outEnd)
   {
     // Room for the 64 bytes of a token mask and 32 words.
-    if (end - p >= 64 && outEnd - o >= 64 && static_cast<uint8_t>(*p - literalRunToken) > 2)
+    bool inNibbles = false; // the fast loop stopped inside a nibble block
+    if (end - p >= 64 && outEnd - o >= 64 && *p != literalRunToken)
     {
       __m256i running = _mm256_set1_epi16(static_cast<short>(value));
       // The token bytes among the next known bytes, found 64 at a time: where the next
@@ -1141,23 +1323,44 @@ __attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t* s
           const auto plain = static_cast<unsigned>(__builtin_ctzll(tokens));
           p += plain;
           o += 2 * plain;
-          if (*p != literalToken)
+          if (*p == nibbleToken)
+          {
+            value = plain == 0 ? static_cast<unsigned>(_mm256_extract_epi16(running, 0)) : loadWord(o - 2);
+            ++p;
+            if (!decodeNibblesAvx2(p, end, o, outEnd, value))
+            {
+              inNibbles = true;
+              break;
+            }
+            running = _mm256_set1_epi16(static_cast<short>(value));
+            known = 0; // the mask is reloaded from the new position
+          }
+          else if (*p != literalToken)
           {
             value = plain == 0 ? static_cast<unsigned>(_mm256_extract_epi16(running, 0)) : loadWord(o - 2);
             break;
           }
-          std::memcpy(o, p + 1, 2);
-          running = _mm256_broadcastw_epi16(_mm_loadu_si16(p + 1));
-          p += 3;
-          o += 2;
-          tokens >>= plain + 3;
-          known -= static_cast<int>(plain + 3);
+          else
+          {
+            std::memcpy(o, p + 1, 2);
+            running = _mm256_broadcastw_epi16(_mm_loadu_si16(p + 1));
+            p += 3;
+            o += 2;
+            tokens >>= plain + 3;
+            known -= static_cast<int>(plain + 3);
+          }
         }
         if (end - p < 64 || outEnd - o < 64)
         {
           value = static_cast<unsigned>(_mm256_extract_epi16(running, 0)) & 0xFFFF;
           break;
         }
+      }
+      if (inNibbles)
+      {
+        if (!decodeNibbles(p, end, o, outEnd, value, result))
+          break;
+        continue;
       }
       if (o >= outEnd)
         break;
