@@ -11,7 +11,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # Test programs whose tests start threads (job queues, parallel encoders, parameter
 # trees used from several threads, plug-in loading). Add a program here when its tests
 # start threads.
-tsan_programs=(OperatingSystemTests ExceptionsTests ParameterTests UnitsTests CompressionTests PluginsTests)
+tsan_programs=(OperatingSystemTests ExceptionsTests ParameterTests UnitsTests CompressionTests PluginsTests DeviceDataTests)
 
 build="$root/build"
 options=(-DCMAKE_BUILD_TYPE=RelWithDebInfo)

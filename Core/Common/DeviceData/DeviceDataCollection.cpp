@@ -3,6 +3,9 @@
 #include <Core/Common/DeviceData/I_AttributesSink.h>
 #include <Core/Common/Exceptions/GeneralExceptions.h>
 #include <Core/Common/Exceptions/Raise.h>
+#include <Core/Common/OperatingSystem/ActivityControl.h>
+#include <Core/Common/OperatingSystem/JobQueue.h>
+#include <Core/Common/OperatingSystem/ThreadLimit.h>
 
 #include <QCoreApplication>
 
@@ -68,11 +71,22 @@ void DeviceDataCollection::writeElement(std::size_t position, I_AttributesSink& 
 void DeviceDataCollection::Write(I_AttributesSink& sink) const
 {
   sink.setText(QStringLiteral("DevDataSources"), QString::number(quint64(m_offset) + m_elements.size()));
-  // One element per call of writeElement, so that the elements can go to worker threads
-  // as independent jobs; until the library's job queue is available they are written
-  // here, in order.
+  if (m_elements.size() < 2)
+  {
+    for (std::size_t position = 0; position < m_elements.size(); ++position)
+      writeElement(position, sink);
+    return;
+  }
+  // Each element is an independent job for the library's workers, as many as the thread
+  // limit allows. The first element that fails cancels the rest, and its exception
+  // reaches the caller.
+  ActivityControl control;
+  JobQueue queue(JobQueue::Unlimited, getMaxThreadCount(getProcessorCount(), false), control,
+                 QStringLiteral("DeviceDataWriter"));
   for (std::size_t position = 0; position < m_elements.size(); ++position)
-    writeElement(position, sink);
+    queue.Enqueue([this, position, &sink] { writeElement(position, sink); });
+  queue.WaitUntilFinished();
+  queue.Rethrow();
 }
 
 } // namespace RTE

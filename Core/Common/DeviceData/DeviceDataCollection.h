@@ -6,8 +6,10 @@
 //   data.Write(sink);   // "DevDataSources" = "3", then every element
 //
 // Write sets "DevDataSources" to offset + size first, then writes element i with the
-// index offset + i through DeviceData::write. Elements may be written from several
-// threads at once, so the sink must accept concurrent calls for distinct keys (see
+// index offset + i through DeviceData::write. Collections of two or more elements are
+// written by the workers of a job queue, as many as RTE::getMaxThreadCount allows, while
+// the caller waits: elements may be written from several threads at once, so the sink
+// must accept calls from other threads, concurrent for distinct keys (see
 // I_AttributesSink); the keys of one element always come in the order DeviceData::write
 // gives them, and every key comes exactly once.
 #pragma once
