@@ -9,7 +9,7 @@ seconds=${1:-20}
 
 build="$root/build-fuzz"
 CC=clang CXX=clang++ cmake -S "$root" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
-  -DCORECOMMON_BUILD_FUZZ=ON -DCORECOMMON_BUILD_TESTS=OFF -DCORECOMMON_BUILD_TOOLS=OFF \
+  -DCORECOMMON_BUILD_FUZZ=ON -DCORECOMMON_WARNINGS_AS_ERRORS=ON -DCORECOMMON_BUILD_TESTS=OFF -DCORECOMMON_BUILD_TOOLS=OFF \
   -DCORECOMMON_BUILD_BENCH=OFF >/dev/null
 cmake --build "$build" -j "$(nproc)" --target fuzzers
 

@@ -1,16 +1,18 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds everything and runs every test.
-#   scripts/test.sh              normal build in build/
+#   scripts/test.sh              normal build (RelWithDebInfo) in build/
+#   scripts/test.sh --release    Release build in build-release/, as a host or packager builds it
 #   scripts/test.sh --sanitize   AddressSanitizer + UndefinedBehaviorSanitizer build in build-sanitize/
 #   scripts/test.sh --tsan       ThreadSanitizer build in build-tsan/ of the test programs
 #                                that start threads, and a run of each of them
+# Warnings are errors in all of these (they are not in a host's own build of the library).
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 "$root/scripts/setup.sh"
 
 # Test programs whose tests start threads (job queues, parallel encoders, parameter
-# trees used from several threads, plug-in loading). Add a program here when its tests
-# start threads.
+# trees used from several threads, plug-in loading, device data writers). Add a program
+# here when its tests start threads.
 tsan_programs=(OperatingSystemTests ExceptionsTests ParameterTests UnitsTests CompressionTests PluginsTests DeviceDataTests)
 
 build="$root/build"
@@ -18,6 +20,10 @@ options=(-DCMAKE_BUILD_TYPE=RelWithDebInfo)
 mode=${1:-}
 case "$mode" in
   "") ;;
+  --release)
+    build="$root/build-release"
+    options=(-DCMAKE_BUILD_TYPE=Release -DCORECOMMON_BUILD_BENCH=OFF)
+    ;;
   --sanitize)
     build="$root/build-sanitize"
     options=(-DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS=-O1 -DCORECOMMON_SANITIZE=ON -DCORECOMMON_BUILD_BENCH=OFF)
@@ -35,13 +41,13 @@ case "$mode" in
     export TSAN_OPTIONS="halt_on_error=1 exitcode=66 second_deadlock_stack=1 suppressions=$root/scripts/tsan.supp"
     ;;
   *)
-    echo "usage: $0 [--sanitize | --tsan]" >&2
+    echo "usage: scripts/test.sh [--release | --sanitize | --tsan]" >&2
     exit 2
     ;;
 esac
 
 jobs=$(nproc)
-cmake -S "$root" -B "$build" -G Ninja "${options[@]}" >/dev/null
+cmake -S "$root" -B "$build" -G Ninja -DCORECOMMON_WARNINGS_AS_ERRORS=ON "${options[@]}" >/dev/null
 
 if [ "$mode" = "--tsan" ]; then
   cmake --build "$build" -j "$jobs" --target "${tsan_programs[@]}"

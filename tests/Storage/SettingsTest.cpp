@@ -294,7 +294,8 @@ TEST(Settings, MissingNodesThrowNotExistingOrInvalidName)
   {
     EXPECT_EQ(e.message(), QStringLiteral("Not existing setting error. (Setting name: 'gain')"));
     EXPECT_FALSE(e.IsCollection());
-    EXPECT_FALSE(e.sourceFile().isEmpty());
+    EXPECT_EQ(e.sourceFile(), QStringLiteral("Core/Common/SettingsDomElem"));
+    EXPECT_EQ(e.sourceLine(), 141u);
   }
   try
   {
@@ -306,7 +307,15 @@ TEST(Settings, MissingNodesThrowNotExistingOrInvalidName)
     EXPECT_TRUE(e.IsCollection());
     EXPECT_EQ(e.GetCollectionIndex(), 3u);
   }
-  EXPECT_THROW(document.GetNode("9lives"), Storage::InvalidSettingsName);
+  try
+  {
+    document.GetNode("9lives");
+    FAIL() << "no exception";
+  }
+  catch (const Storage::InvalidSettingsName& e)
+  {
+    EXPECT_EQ(e.sourceFile(), QStringLiteral("Core/Common/Settings"));
+  }
   EXPECT_THROW(document.GetCollectionNode("xmlThing", 0), Storage::InvalidSettingsName);
   EXPECT_EQ(document.GetClass("missing"), QString());
 }

@@ -1,5 +1,7 @@
 #include "Command.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <cstdio>
 
@@ -32,6 +34,18 @@ DemoStepRegistration::DemoStepRegistration(DemoStep step)
   const auto at = std::upper_bound(all.begin(), all.end(), step.order,
                                    [](int order, const DemoStep& s) { return order < s.order; });
   all.insert(at, std::move(step));
+}
+
+QString helpText(const QCommandLineParser& parser, const QString& commandLine)
+{
+  QString text = parser.helpText();
+  // QCommandLineParser names the program by its first argument, the path it was started by.
+  const QString program = QCoreApplication::arguments().value(0);
+  const qsizetype at = text.indexOf(program);
+  const qsizetype lineEnd = text.indexOf(QLatin1Char('\n'));
+  if (!program.isEmpty() && at >= 0 && (lineEnd < 0 || at < lineEnd))
+    text.replace(at, program.size(), commandLine);
+  return text;
 }
 
 QTextStream& out()

@@ -4,6 +4,7 @@
 //   static const rte::DemoStepRegistration step{{20, "Units", &demoUnits}};
 #pragma once
 
+#include <QCommandLineParser>
 #include <QStringList>
 #include <QTextStream>
 
@@ -42,6 +43,10 @@ struct DemoStepRegistration
 {
   explicit DemoStepRegistration(DemoStep step);
 };
+
+// The parser's help with the usage line naming commandLine ("rte units list") rather
+// than the path the program was started by.
+QString helpText(const QCommandLineParser& parser, const QString& commandLine);
 
 QTextStream& out();
 QTextStream& err();

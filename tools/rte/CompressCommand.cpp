@@ -36,7 +36,7 @@ int runCompress(const QStringList& arguments)
   }
   if (parser.isSet(QStringLiteral("help")))
   {
-    rte::out() << parser.helpText();
+    rte::out() << rte::helpText(parser, arguments.first());
     return 0;
   }
   const QStringList files = parser.positionalArguments();

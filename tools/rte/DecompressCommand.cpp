@@ -40,7 +40,7 @@ int runDecompress(const QStringList& arguments)
   }
   if (parser.isSet(QStringLiteral("help")))
   {
-    rte::out() << parser.helpText();
+    rte::out() << rte::helpText(parser, arguments.first());
     return 0;
   }
   const QStringList files = parser.positionalArguments();

@@ -20,7 +20,7 @@ int runDemo(const QStringList& arguments)
   }
   if (parser.isSet(QStringLiteral("help")))
   {
-    rte::out() << parser.helpText();
+    rte::out() << rte::helpText(parser, arguments.first());
     return 0;
   }
 

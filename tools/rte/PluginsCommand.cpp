@@ -91,7 +91,7 @@ int runPlugins(const QStringList& arguments)
   }
   if (parser.isSet(QStringLiteral("help")))
   {
-    rte::out() << parser.helpText();
+    rte::out() << rte::helpText(parser, arguments.first());
     return 0;
   }
   if (!parser.positionalArguments().isEmpty())

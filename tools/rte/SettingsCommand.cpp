@@ -292,7 +292,7 @@ int runSettings(const QStringList& arguments)
   }
   if (parser.isSet(QStringLiteral("help")))
   {
-    rte::out() << parser.helpText();
+    rte::out() << rte::helpText(parser, arguments.first());
     return 0;
   }
   if (parser.positionalArguments().size() != 1 || (parser.isSet(getOption) && parser.isSet(setOption)))

@@ -24,7 +24,7 @@ bool parse(QCommandLineParser& parser, const QStringList& arguments, int& exitCo
   }
   if (parser.isSet(QStringLiteral("help")))
   {
-    rte::out() << parser.helpText();
+    rte::out() << rte::helpText(parser, arguments.first());
     exitCode = 0;
     return false;
   }

@@ -71,10 +71,11 @@ int main(int argc, char* argv[])
   {
     if (positional.isEmpty() && !parser.isSet(QStringLiteral("help")))
     {
-      rte::err() << parser.helpText() << Qt::flush;
+      rte::err() << rte::helpText(parser, QStringLiteral("rte")) << Qt::flush;
       return 2;
     }
-    parser.showHelp(0);
+    rte::out() << rte::helpText(parser, QStringLiteral("rte")) << Qt::flush;
+    return 0;
   }
 
   const QString name = positional.first();

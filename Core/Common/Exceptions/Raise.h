@@ -17,14 +17,23 @@
 namespace RTE
 {
 
+// As Raise, with a fixed location instead of the call site: for the few failures whose
+// reported origin is part of the library's documented behaviour.
+template <typename E>
+requires std::is_base_of_v<Exception, std::remove_cvref_t<E>>
+[[noreturn]] void RaiseAt(E&& exception, const QString& sourceFile, unsigned int sourceLine)
+{
+  std::remove_cvref_t<E> raised(std::forward<E>(exception));
+  raised.setLocation(sourceFile, sourceLine);
+  raised.log();
+  throw raised;
+}
+
 template <typename E>
 requires std::is_base_of_v<Exception, std::remove_cvref_t<E>>
 [[noreturn]] void Raise(E&& exception, const std::source_location& where = std::source_location::current())
 {
-  std::remove_cvref_t<E> raised(std::forward<E>(exception));
-  raised.setLocation(QString::fromUtf8(where.file_name()), static_cast<unsigned int>(where.line()));
-  raised.log();
-  throw raised;
+  RaiseAt(std::forward<E>(exception), QString::fromUtf8(where.file_name()), static_cast<unsigned int>(where.line()));
 }
 
 // As Raise, but without logging: for failures that callers routinely expect and handle

@@ -37,7 +37,11 @@ std::string C_List::dump() const
 {
   std::string text = C_Node::dump() + " [";
   for (size_t i = 0; i < m_entries.size(); ++i)
-    text += (i ? " " : "") + m_entries[i]->dump();
+  {
+    if (i)
+      text += ' ';
+    text += m_entries[i]->dump();
+  }
   return text + "]";
 }
 

@@ -363,7 +363,7 @@ std::shared_ptr<Settings> Settings::GetCheckedChild(const QString& name, bool is
   catch (const NotExistingSetting&)
   {
     if (!IsValidSettingsName(name))
-      RTE::Raise(InvalidSettingsName(name));
+      RTE::RaiseAt(InvalidSettingsName(name), QStringLiteral("Core/Common/Settings"), 141);
     throw;
   }
 }

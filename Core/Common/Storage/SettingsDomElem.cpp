@@ -229,7 +229,8 @@ std::shared_ptr<Settings> SettingsDomElem::GetChild(const QString& name, bool is
 {
   std::shared_ptr<Settings> child = FindChild(name, isCollectionItem, index);
   if (!child)
-    RTE::Raise(NotExistingSetting(name, isCollectionItem, static_cast<unsigned int>(index)));
+    RTE::RaiseAt(NotExistingSetting(name, isCollectionItem, static_cast<unsigned int>(index)),
+                 QStringLiteral("Core/Common/SettingsDomElem"), 141);
   return child;
 }
 
