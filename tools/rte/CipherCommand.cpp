@@ -93,13 +93,13 @@ int run(const QStringList& arguments, bool encrypting)
   }
   if (parser.isSet(QStringLiteral("help")))
   {
-    rte::out() << parser.helpText();
+    rte::out() << rte::helpText(parser, command);
     return 0;
   }
   const QStringList files = parser.positionalArguments();
   if (files.size() != 1)
   {
-    rte::err() << command << ": expected one FILE\n\n" << parser.helpText();
+    rte::err() << command << ": expected one FILE\n\n" << rte::helpText(parser, command);
     return 2;
   }
   unsigned int iterations = RTE::Cipher::DefaultIterations;

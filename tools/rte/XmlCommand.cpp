@@ -28,7 +28,7 @@ int runXml(const QStringList& arguments)
   }
   if (parser.isSet(QStringLiteral("help")))
   {
-    rte::out() << parser.helpText();
+    rte::out() << rte::helpText(parser, arguments.first());
     return 0;
   }
   const QStringList positional = parser.positionalArguments();
