@@ -53,7 +53,6 @@ struct JobQueue::Private
   std::condition_variable roomAvailable;
   std::deque<Job> jobs;
   std::size_t capacity;
-  std::size_t producersWaiting = 0;
   bool stopped = false;   // once cancelled, cancelled for good
   bool finishing = false; // WaitUntilFinished has queued the end markers
 
@@ -105,7 +104,6 @@ void JobQueue::Private::workerLoop()
   for (;;)
   {
     Job job;
-    bool wakeProducers = false;
     {
       std::unique_lock lock(mutex);
       jobAvailable.wait(lock, [this] { return !jobs.empty() || canceled(); });
@@ -119,12 +117,8 @@ void JobQueue::Private::workerLoop()
       }
       job = std::move(jobs.front());
       jobs.pop_front();
-      // Waiting producers are woken once half the queue is free, not for every job, so
-      // that a full queue of small jobs costs one wake-up per batch rather than per job.
-      wakeProducers = producersWaiting > 0 && jobs.size() <= capacity / 2;
     }
-    if (wakeProducers)
-      roomAvailable.notify_all();
+    roomAvailable.notify_one();
     // An empty job is an end marker.
     if (!job || control.isCanceled())
       return;
@@ -168,13 +162,7 @@ bool JobQueue::Enqueue(Job job)
     Raise(InvalidArgumentError(QObject::tr("An empty job cannot be queued")));
   {
     std::unique_lock lock(d->mutex);
-    const auto hasRoom = [this] { return d->jobs.size() < d->capacity || d->finishing || d->canceled(); };
-    if (!hasRoom())
-    {
-      ++d->producersWaiting;
-      d->roomAvailable.wait(lock, hasRoom);
-      --d->producersWaiting;
-    }
+    d->roomAvailable.wait(lock, [this] { return d->jobs.size() < d->capacity || d->finishing || d->canceled(); });
     if (d->canceled())
       return false;
     if (d->finishing)
