@@ -171,12 +171,15 @@ std::vector<RangeT<unsigned int>> flagsToRanges(const std::vector<bool>& flags, 
     return ranges;
   // Beyond the flags everything is cleared: a run open at the last flag closes there.
   const unsigned long long last = std::min<unsigned long long>(to, flags.size() - 1);
-  std::optional<unsigned long long> runStart;
+  // A flag and a value rather than std::optional: g++ 12 at -O3 takes the optional's value
+  // for uninitialised here.
+  bool inRun = false;
+  unsigned long long runStart = 0;
   const auto closeRun = [&](unsigned long long end)
   {
-    if (runStart)
-      ranges.emplace_back(static_cast<unsigned int>(*runStart), static_cast<unsigned int>(end));
-    runStart.reset();
+    if (inRun)
+      ranges.emplace_back(static_cast<unsigned int>(runStart), static_cast<unsigned int>(end));
+    inRun = false;
   };
   for (unsigned long long i = from; i <= last; ++i)
   {
@@ -191,8 +194,11 @@ std::vector<RangeT<unsigned int>> flagsToRanges(const std::vector<bool>& flags, 
       ranges.emplace_back(static_cast<unsigned int>(i), static_cast<unsigned int>(i));
       continue;
     }
-    if (!runStart)
+    if (!inRun)
+    {
+      inRun = true;
       runStart = i;
+    }
   }
   closeRun(last);
   return ranges;
