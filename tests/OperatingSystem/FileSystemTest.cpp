@@ -417,3 +417,65 @@ TEST(FileSystemObjects, StreamsScratchFoldersAndVersions)
   EXPECT_FALSE(FS::GetFileVersion(QCoreApplication::applicationFilePath()).valid);
   EXPECT_FALSE(FS::GetFileVersion(path).valid);
 }
+
+TEST(FileSystemMoves, MovesRenamesAndPlainRemovalsFollowTheirRules)
+{
+  QTemporaryDir dir;
+  const QString d = dir.path();
+  WriteFile(d + "/a.txt", 3);
+  WriteFile(d + "/b.txt", 4);
+
+  EXPECT_EQ(MessageOf<RTE::VerificationFailed>([&] { FS::MoveFile(QStringLiteral("a.txt"), d + "/c.txt"); }),
+            QStringLiteral("Paths of source and target files must be absolute paths."));
+  EXPECT_EQ(MessageOf<RTE::VerificationFailed>([&] { FS::MoveFile(d + "/a.txt", d + "/b.txt"); }),
+            QStringLiteral("Target file exists already (and overwrite is off)."));
+  FS::MoveFile(d + "/a.txt", d + "/b.txt", true);
+  EXPECT_EQ(QFileInfo(d + "/b.txt").size(), 3);
+  EXPECT_FALSE(QFileInfo::exists(d + "/a.txt"));
+  // No parent folders are made for a target.
+  EXPECT_THROW(FS::MoveFile(d + "/b.txt", d + "/no/b.txt"), RTE::Exception);
+  EXPECT_EQ(MessageOf<RTE::Exception>([&] { FS::Rename(d + "/none", d + "/x"); }),
+            QStringLiteral("Unknown error during 'Rename'."));
+
+  WriteFile(d + "/tree/s/f.dat", 5);
+  WriteFile(d + "/tree/g.log", 1);
+  FS::CopyFolder(d + "/tree", d + "/plain");
+  EXPECT_EQ(QFileInfo(d + "/plain/s/f.dat").size(), 5);
+  EXPECT_EQ(MessageOf<RTE::VerificationFailed>([&] { FS::CopyFolder(d + "/tree", d + "/plain"); }),
+            QStringLiteral("The target folder must not exist."));
+  EXPECT_EQ(MessageOf<RTE::VerificationFailed>([&] { FS::MoveFolder(d + "/tree", d + "/plain"); }),
+            QStringLiteral("The target folder must not exist."));
+  FS::MoveFolder(d + "/tree", d + "/moved");
+  EXPECT_TRUE(QFileInfo::exists(d + "/moved/s/f.dat"));
+
+  // Lazy copy keeps what the target has; overwrite copy replaces it.
+  WriteFile(d + "/target/s/f.dat", 1);
+  FS::LazyCopyFolderContent(d + "/moved", d + "/target");
+  EXPECT_EQ(QFileInfo(d + "/target/s/f.dat").size(), 1);
+  EXPECT_TRUE(QFileInfo::exists(d + "/target/g.log"));
+  FS::CopyOverwriteRecursive(d + "/moved", d + "/target");
+  EXPECT_EQ(QFileInfo(d + "/target/s/f.dat").size(), 5);
+
+  FS::RemoveFiles(d + "/target", {QStringLiteral("*.log")});
+  EXPECT_FALSE(QFileInfo::exists(d + "/target/g.log"));
+  EXPECT_EQ(MessageOf<RTE::VerificationFailed>([&] { FS::RemoveFolder(d + "/target", false); }),
+            "Could not remove folder: " + d + "/target");
+  FS::RemoveFolder(d + "/target", true);
+  EXPECT_FALSE(QFileInfo::exists(d + "/target"));
+  EXPECT_EQ(MessageOf<RTE::Exception>([] { FS::RemoveDirectory(QString()); }),
+            QStringLiteral("No directory given to delete."));
+
+  // A read-only file is removed all the same; a missing one is nothing to do.
+  QFile::setPermissions(d + "/b.txt", QFileDevice::ReadOwner);
+  FS::RemoveFile(d + "/b.txt");
+  EXPECT_FALSE(QFileInfo::exists(d + "/b.txt"));
+  FS::RemoveFile(d + "/b.txt");
+  EXPECT_TRUE(FS::HasWritePermissions(d));
+  EXPECT_EQ(QDir(d).entryList(QDir::Files).size(), 0); // the probe file is gone again
+  EXPECT_FALSE(FS::HasWritePermissions(d + "/none"));
+
+  QStringList found = FS::GetFiles(d, QStringLiteral("^F"), true);
+  found.sort();
+  EXPECT_EQ(found, (QStringList{d + "/moved/s/f.dat", d + "/plain/s/f.dat"}));
+  EXPECT_EQ(FS::GetFiles(d, QStringLiteral("^s$"), true, true).size(), 2); // moved/s, plain/s
+}
