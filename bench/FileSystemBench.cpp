@@ -17,6 +17,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
+#include <unistd.h>
 
 namespace
 {
@@ -47,6 +48,7 @@ struct Trees
         for (int i = 0; i < 100; ++i)
           Write(folder + QStringLiteral("/%1.dat").arg(i), small, 1);
       }
+      ::sync(); // write-back of the fresh tree must not land in the first timed copy
       return root;
     }();
     return path;
@@ -64,6 +66,7 @@ struct Trees
         QDir().mkpath(folder);
         Write(folder + QStringLiteral("/%1.raw").arg(i), hundredK, 1);
       }
+      ::sync(); // write-back of the fresh tree must not land in the first timed copy
       return root;
     }();
     return path;
@@ -75,6 +78,7 @@ struct Trees
     {
       const QString file = dir.path() + QStringLiteral("/big.bin");
       Write(file, QByteArray(1 << 20, 'b'), 1024);
+      ::sync();
       return file;
     }();
     return path;
