@@ -340,9 +340,9 @@ TEST(FileSystemSizes, DirSizeCountsFilesOnlyAndHonoursThrottleAndCancel)
   std::uint64_t available = 0;
   std::uint64_t required = 0;
   control.reset();
-  FS::IsEnoughSpaceAvailable(dir.path(), {root, dir.path() + "/outside"}, available, required);
+  EXPECT_TRUE(FS::IsEnoughSpaceAvailable(dir.path(), {root, dir.path() + "/outside"}, available, required));
   EXPECT_EQ(required, 100123U);
-  EXPECT_EQ(available, FS::AvailableDriveSpace(dir.path()));
+  EXPECT_GT(available, required); // the volume changes under other processes: no exact figure
   EXPECT_EQ(MessageOf<RTE::VerificationFailed>([] { FS::AvailableDriveSpace(QString()); }),
             QStringLiteral("drive must not be empty"));
 }
@@ -478,4 +478,30 @@ TEST(FileSystemMoves, MovesRenamesAndPlainRemovalsFollowTheirRules)
   found.sort();
   EXPECT_EQ(found, (QStringList{d + "/moved/s/f.dat", d + "/plain/s/f.dat"}));
   EXPECT_EQ(FS::GetFiles(d, QStringLiteral("^s$"), true, true).size(), 2); // moved/s, plain/s
+}
+
+TEST(FileSystemRemove, CancelFromAnotherThreadStopsAfterTheCurrentFile)
+{
+  QTemporaryDir dir;
+  for (int i = 0; i < 20; ++i)
+    WriteFile(dir.path() + QStringLiteral("/tree/f%1").arg(i), 1);
+  RTE::ActivityControl control;
+  RTE::ActivityFeedback feedback;
+  std::atomic<int> messages{0};
+  QObject::connect(
+      &feedback, &RTE::I_ActivityFeedback::messageReported, &feedback,
+      [&](const QString&)
+      {
+        if (++messages == 1)
+          while (!control.isCanceled())
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+      },
+      Qt::DirectConnection);
+  std::thread worker([&] { FS::RemoveFolder(dir.path() + "/tree", control, feedback); });
+  while (messages == 0)
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  control.cancel();
+  worker.join();
+  EXPECT_EQ(messages.load(), 1);
+  EXPECT_EQ(QDir(dir.path() + "/tree").entryList(QDir::Files).size(), 19);
 }
