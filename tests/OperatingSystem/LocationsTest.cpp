@@ -51,8 +51,9 @@ Report RunChild(const QString& programFile, const QString& home, const QString& 
     QFile::setPermissions(programFile, QFile::permissions(programFile) | QFileDevice::ExeOwner);
   }
   QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
-  for (const char* name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "ALLUSERSPROFILE", "PUBLIC"})
+  for (const char* name : {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "PUBLIC"})
     env.remove(QString::fromLatin1(name));
+  env.insert(QStringLiteral("ALLUSERSPROFILE"), QStringLiteral("C:\\ProgramData"));
   env.insert(QStringLiteral("HOME"), home);
   if (!publicFolder.isEmpty())
     env.insert(QStringLiteral("PUBLIC"), publicFolder);

@@ -180,7 +180,8 @@ void Initialize(State& s)
   s.defaultTemporary = TemporaryFolderIn(s, temporaryBase);
   s.temporary = s.temporarySettings.useDefault ? s.defaultTemporary : TemporaryFolderIn(s, s.temporarySettings.path);
   MakeFolder(s.temporary);
-  s.allUsersProfile = qEnvironmentVariable("ALLUSERSPROFILE"); // unset on Linux
+  // A Windows folder; Linux has none, whatever the environment says.
+  s.allUsersProfile.clear();
 
   if (!s.driveMappingRead)
   {
