@@ -99,8 +99,9 @@ CORECOMMON_EXPORT QString SizeToString(std::uint64_t bytes);
 CORECOMMON_EXPORT void CreateDirectory(const QString& path, const QString& context = {});
 CORECOMMON_EXPORT void CreateDirectoryHierarchy(const QString& path, const QString& context = {});
 CORECOMMON_EXPORT void CopyFile(const QString& source, const QString& target, bool overwrite = false);
-// progress(pieceIndex, pieceCount) after each piece when there is more than one;
-// isCancelled() after each piece. A target left incomplete is removed.
+// progress(pieceIndex, pieceCount) after each piece when there is more than one (the
+// index counts from 0); isCancelled() after each piece. A target left incomplete is
+// removed.
 CORECOMMON_EXPORT bool CopyFileInPieces(const QString& source, const QString& target,
                                         const std::function<void(std::uint64_t, std::uint64_t)>& progress,
                                         const std::function<bool()>& isCancelled, bool overwrite = false);
