@@ -5,6 +5,7 @@
 #include "StorageLog_p.h"
 
 #include <Core/Common/Exceptions/Raise.h>
+#include <Core/Common/OperatingSystem/Locations.h>
 #include <Core/Common/Storage/StorageExceptions.h>
 
 #include <QCoreApplication>
@@ -23,10 +24,20 @@ QString tr(const char* text)
 }
 
 // The one place where the folders of the User, Application and Fixed scopes are
-// obtained, each ending in a separator. No locations service provides them yet, so the
-// look-up fails and the paths of these scopes are empty.
+// obtained, each ending in a separator; the locations decide them once per process.
 QString ScopeFolder(Scope scope)
 {
+  switch (scope)
+  {
+  case Scope::User:
+    return RTE::Locations::getUserSettingsPath();
+  case Scope::Application:
+    return RTE::Locations::getProgramDataSettingsPath();
+  case Scope::Fixed:
+    return RTE::Locations::getReadOnlySettingsPath();
+  default:
+    break;
+  }
   RTE::Raise(StorageError(tr("The settings folder of scope %1 cannot be obtained.").arg(static_cast<int>(scope))));
 }
 
