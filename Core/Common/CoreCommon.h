@@ -143,6 +143,7 @@
 #include <Core/Common/OperatingSystem/Condition.h>
 #include <Core/Common/OperatingSystem/FileNameOps.h>
 #include <Core/Common/OperatingSystem/FileSystem.h>
+#include <Core/Common/OperatingSystem/FolderSizeCalculator.h>
 #include <Core/Common/OperatingSystem/I_ActivityControl.h>
 #include <Core/Common/OperatingSystem/I_ActivityFeedback.h>
 #include <Core/Common/OperatingSystem/I_ThreadExceptionHandler.h>
