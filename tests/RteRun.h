@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QCoreApplication>
+#include <QFileInfo>
 #include <QProcess>
 #include <QString>
 #include <QStringList>
@@ -30,3 +31,11 @@ inline RteRun runRte(const QStringList& arguments)
   return RteRun{process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
                 QString::fromUtf8(process.readAllStandardError())};
 }
+
+// Skips the calling test in builds without the tool (the ThreadSanitizer build has none).
+#define SKIP_WITHOUT_RTE()                                                                                   \
+  do                                                                                                         \
+  {                                                                                                          \
+    if (!QFileInfo::exists(rtePath()))                                                                       \
+      GTEST_SKIP() << "rte not built";                                                                       \
+  } while (false)

@@ -21,6 +21,7 @@ void WriteFile(const QString& path, qint64 size)
 
 TEST(RteFileCommands, DuAndCopyWorkOnTreesAndRefuseBadArguments)
 {
+  SKIP_WITHOUT_RTE();
   QTemporaryDir dir;
   WriteFile(dir.path() + "/src/a.bin", 1500);
   WriteFile(dir.path() + "/src/sub/b.tmp", 36);

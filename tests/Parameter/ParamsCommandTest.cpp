@@ -45,8 +45,7 @@ std::shared_ptr<C_Tree> makeCamera()
 
 TEST(ParamsCommand, PrintsTheStoredTreeIndented)
 {
-  if (!QFileInfo::exists(rtePath()))
-    GTEST_SKIP() << "rte not built";
+  SKIP_WITHOUT_RTE();
   QTemporaryDir dir;
   const QString path = dir.filePath("setup.xml");
   {

@@ -24,8 +24,7 @@ RteRun rte(const QStringList& arguments)
 
 TEST(SettingsCommand, PrintsGetsAndSetsKeepingTheRest)
 {
-  if (!QFileInfo::exists(rtePath()))
-    GTEST_SKIP() << "rte not built";
+  SKIP_WITHOUT_RTE();
   QTemporaryDir dir;
   const QString path = dir.filePath(QStringLiteral("setup.xml"));
   {

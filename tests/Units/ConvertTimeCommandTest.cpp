@@ -7,8 +7,7 @@
 
 TEST(ConvertTimeCommand, ConvertsExactlyAndExplainsFailures)
 {
-  if (!QFileInfo::exists(rtePath()))
-    GTEST_SKIP() << "rte not built";
+  SKIP_WITHOUT_RTE();
   RteRun run = runRte({QStringLiteral("convert-time"), QStringLiteral("12.5 ms"), QStringLiteral("us")});
   EXPECT_EQ(run.exitCode, 0);
   EXPECT_EQ(run.out, QString::fromUtf8("12.5 ms = 12500 µs\n"));

@@ -40,8 +40,7 @@ QByteArray readFile(const QString& path)
 
 TEST(CipherCommand, EncryptsAndDecryptsInPlaceOrIntoAnotherFile)
 {
-  if (!QFileInfo::exists(rtePath()))
-    GTEST_SKIP() << "rte not built";
+  SKIP_WITHOUT_RTE();
   QTemporaryDir dir;
   const QString path = dir.filePath(QStringLiteral("notes.txt"));
   const QString copy = dir.filePath(QStringLiteral("copy.txt"));

@@ -10,8 +10,7 @@
 
 TEST(SystemCommands, IsaListsEveryFeatureAsTheLibrarySeesIt)
 {
-  if (!QFileInfo::exists(rtePath()))
-    GTEST_SKIP() << "rte not built";
+  SKIP_WITHOUT_RTE();
   const RteRun run = runRte({QStringLiteral("isa")});
   EXPECT_EQ(run.exitCode, 0);
   const RTE::InstructionSets& host = RTE::InstructionSets::host();
@@ -35,8 +34,7 @@ TEST(SystemCommands, IsaListsEveryFeatureAsTheLibrarySeesIt)
 
 TEST(SystemCommands, VersionNamesLibraryRevisionAndFile)
 {
-  if (!QFileInfo::exists(rtePath()))
-    GTEST_SKIP() << "rte not built";
+  SKIP_WITHOUT_RTE();
   const RteRun run = runRte({QStringLiteral("--version")});
   EXPECT_EQ(run.exitCode, 0);
   EXPECT_TRUE(

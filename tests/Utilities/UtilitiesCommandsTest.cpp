@@ -10,8 +10,7 @@
 
 TEST(RangesCommand, PrintsRangesSinglesOrTheError)
 {
-  if (!QFileInfo::exists(rtePath()))
-    GTEST_SKIP() << "rte not built";
+  SKIP_WITHOUT_RTE();
   RteRun run =
       runRte({QStringLiteral("ranges"), QStringLiteral("1-3; 5, !2"), QStringLiteral("--max"), QStringLiteral("9")});
   EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
@@ -36,8 +35,7 @@ TEST(RangesCommand, PrintsRangesSinglesOrTheError)
 
 TEST(XmlCommand, PrintsTheSelectedValue)
 {
-  if (!QFileInfo::exists(rtePath()))
-    GTEST_SKIP() << "rte not built";
+  SKIP_WITHOUT_RTE();
   QTemporaryDir dir;
   const QString path = dir.filePath(QStringLiteral("camera.xml"));
   {
