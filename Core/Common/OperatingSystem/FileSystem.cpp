@@ -773,10 +773,13 @@ void CopyFolder(const QString& source, const QString& target, I_ActivityControl&
   }
 }
 
-void CopyOverwriteRecursive(const QString& source, const QString& target)
+namespace
 {
-  const QString from = FixPath(source);
-  const QString to = FixPath(target);
+
+// Copies the tree under `from` into `to` (links left out); `overwrite` replaces files
+// that exist, otherwise they are kept.
+void CopyTree(const QString& from, const QString& to, bool overwrite)
+{
   QDir().mkpath(to);
   for (const QFileInfo& entry : Entries(from))
   {
@@ -784,30 +787,27 @@ void CopyOverwriteRecursive(const QString& source, const QString& target)
     if (entry.isSymLink())
       continue;
     if (entry.isDir())
-      CopyOverwriteRecursive(entry.filePath(), destination);
-    else
+      CopyTree(entry.filePath(), destination, overwrite);
+    else if (overwrite)
     {
       QFile::remove(destination);
       CopyFileInPieces(entry.filePath(), destination, {}, {}, true);
     }
+    else if (!QFileInfo::exists(destination))
+      CopyFileInPieces(entry.filePath(), destination, {}, {}, false);
   }
+}
+
+} // namespace
+
+void CopyOverwriteRecursive(const QString& source, const QString& target)
+{
+  CopyTree(FixPath(source), FixPath(target), true);
 }
 
 void LazyCopyFolderContent(const QString& sourceDir, const QString& targetDir)
 {
-  const QString from = FixPath(sourceDir);
-  const QString to = FixPath(targetDir);
-  QDir().mkpath(to);
-  for (const QFileInfo& entry : Entries(from))
-  {
-    const QString destination = Joined(to, entry.fileName());
-    if (entry.isSymLink())
-      continue;
-    if (entry.isDir())
-      LazyCopyFolderContent(entry.filePath(), destination);
-    else if (!QFileInfo::exists(destination))
-      CopyFileInPieces(entry.filePath(), destination, {}, {}, false);
-  }
+  CopyTree(FixPath(sourceDir), FixPath(targetDir), false);
 }
 
 void MoveFile(const QString& source, const QString& target, bool overwrite)
