@@ -179,6 +179,7 @@
 
 // Geometry
 #include <Core/Common/Math/BoundingBoxT.h>
+#include <Core/Common/Math/Detail/CornerBox.h>
 #include <Core/Common/Math/Detail/GeometryFields.h>
 #include <Core/Common/Math/Euclidean.h>
 #include <Core/Common/Math/Point2T.h>
