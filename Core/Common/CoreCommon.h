@@ -162,6 +162,7 @@
 #include <Core/Common/Utilities/Cipher.h>
 #include <Core/Common/Utilities/CipherError.h>
 #include <Core/Common/Utilities/ExternalViewer.h>
+#include <Core/Common/Utilities/FeatureFlags.h>
 #include <Core/Common/Utilities/HierarchyPath.h>
 #include <Core/Common/Utilities/IndexRange.h>
 #include <Core/Common/Utilities/Indices.h>

@@ -56,3 +56,36 @@ TEST(XmlCommand, PrintsTheSelectedValue)
   EXPECT_EQ(run.exitCode, 1);
   EXPECT_TRUE(run.err.contains(QStringLiteral("no such file"))) << run.err.toStdString();
 }
+
+TEST(FlagsCommand, SwitchesForOneRunOrStoresTheChoice)
+{
+  SKIP_WITHOUT_RTE();
+  RteRun run = runRte({QStringLiteral("flags"), QStringLiteral("list")});
+  ASSERT_EQ(run.exitCode, 0) << run.err.toStdString();
+  const QString file = run.out.section(QLatin1Char('\n'), 0, 0).mid(6);
+  ASSERT_TRUE(file.endsWith(QStringLiteral("/FeatureFlags.xml"))) << run.out.toStdString();
+  QFile::remove(file);
+  run = runRte({QStringLiteral("flags"), QStringLiteral("list")});
+  EXPECT_TRUE(run.out.contains(QStringLiteral("  FastPreview          off  Acquisition: Fast preview, default off\n")))
+      << run.out.toStdString();
+  EXPECT_TRUE(run.out.endsWith(QStringLiteral("Stored:\n  ExperimentalCodecs   off\n  FastPreview          off\n")))
+      << run.out.toStdString();
+
+  run = runRte({QStringLiteral("flags"), QStringLiteral("set"), QStringLiteral("FastPreview"), QStringLiteral("on")});
+  EXPECT_EQ(run.out, QStringLiteral("FastPreview is on for this run\n"));
+  EXPECT_FALSE(QFileInfo::exists(file));
+
+  run = runRte({QStringLiteral("flags"), QStringLiteral("set"), QStringLiteral("Zoom"), QStringLiteral("on"),
+                QStringLiteral("--store")});
+  EXPECT_EQ(run.out, QStringLiteral("Zoom is on (stored in %1); no module of this tool registers it\n").arg(file));
+  run = runRte({QStringLiteral("flags"), QStringLiteral("list")});
+  EXPECT_TRUE(run.out.contains(QStringLiteral("  Zoom                 on\n"))) << run.out.toStdString();
+  EXPECT_TRUE(run.out.contains(QStringLiteral("  FastPreview          off  "))) << run.out.toStdString();
+  QFile::remove(file);
+
+  for (const QStringList& bad :
+       {QStringList{QStringLiteral("flags")},
+        QStringList{QStringLiteral("flags"), QStringLiteral("set"), QStringLiteral("A")},
+        QStringList{QStringLiteral("flags"), QStringLiteral("set"), QStringLiteral("A"), QStringLiteral("yes")}})
+    EXPECT_EQ(runRte(bad).exitCode, 2) << bad.join(QLatin1Char(' ')).toStdString();
+}

@@ -1,8 +1,9 @@
-// Demo step: hierarchy paths, index ranges, number parsing, environment variables and
-// the XML helpers.
+// Demo step: hierarchy paths, index ranges, number parsing, environment variables, the
+// XML helpers and feature flags.
 #include "Command.h"
 
 #include <Core/Common/Exceptions/GeneralExceptions.h>
+#include <Core/Common/Utilities/FeatureFlags.h>
 #include <Core/Common/Utilities/HierarchyPath.h>
 #include <Core/Common/Utilities/Indices.h>
 #include <Core/Common/Utilities/RangeString.h>
@@ -69,6 +70,16 @@ void demoUtilities(QTextStream& out)
   out << "  getValueFrom(\"/camera/@id\") -> "
       << Common::XmlDocument::getValueFrom(xml, QStringLiteral("/camera/@id")).value_or(QStringLiteral("(nothing)"))
       << "\n";
+
+  out << "\nFeature flags (registered by a module, switched for this run only):\n";
+  Service::FeatureFlags& flags = Service::FeatureFlags::instance();
+  flags.registerFlag(QStringLiteral("DemoTurbo"), QStringLiteral("Turbo"), QStringLiteral("Skips every check"),
+                     QStringLiteral("Demo"), false);
+  out << "  DemoTurbo before: " << (flags.isValid(QStringLiteral("DemoTurbo")) ? "on" : "off");
+  flags.setFlag(QStringLiteral("DemoTurbo"), true, false);
+  out << ", after setFlag(on, no store): " << (flags.isValid(QStringLiteral("DemoTurbo")) ? "on" : "off")
+      << "; the user's choices live in " << flags.getStoragePath() << "\n";
+  flags.unregisterFlag(QStringLiteral("DemoTurbo"));
 }
 
 const rte::DemoStepRegistration step{{90, QStringLiteral("General utilities"), &demoUtilities}};

@@ -213,6 +213,11 @@ void RefuseWhenInitialized(const State& s)
 
 } // namespace
 
+bool areLocationsWorking()
+{
+  return QCoreApplication::instance() != nullptr;
+}
+
 QString getApplicationRootPath()
 {
   State& s = state();

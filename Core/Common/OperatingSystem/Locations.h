@@ -26,6 +26,11 @@ struct CORECOMMON_EXPORT TemporaryPathSettings
   bool useDefault = true;
 };
 
+// Whether the getters can answer: only while the application object exists, since the
+// folders derive from its path and names. Never throws; lets code that may run at static
+// initialisation or after shutdown skip its settings instead of raising.
+CORECOMMON_EXPORT bool areLocationsWorking();
+
 CORECOMMON_EXPORT QString getApplicationRootPath();
 CORECOMMON_EXPORT bool appDataUsageConfigured();
 CORECOMMON_EXPORT bool applicationUsesPortableSettings();

@@ -1,10 +1,10 @@
 #include <Core/Common/Utilities/XmlDocument.h>
 
+#include "UtilitiesLog_p.h"
 #include "XmlNames_p.h"
 #include "ZnPugi_p.h"
 
 #include <QFileInfo>
-#include <QLoggingCategory>
 #include <QObject>
 
 #include <pugixml.hpp>
@@ -14,8 +14,6 @@ namespace Common
 
 namespace
 {
-
-Q_LOGGING_CATEGORY(lcUtilities, "Core.Utilities")
 
 // The selected nodes in document order, or an empty set (logged) when the expression
 // does not compile.

@@ -1,0 +1,3 @@
+#include "UtilitiesLog_p.h"
+
+Q_LOGGING_CATEGORY(lcUtilities, "Core.Utilities")
