@@ -34,7 +34,7 @@ int runDu(const QStringList& arguments)
   }
   if (parser.isSet(QStringLiteral("help")))
   {
-    rte::out() << parser.helpText();
+    rte::out() << rte::helpText(parser, arguments.first());
     return 0;
   }
   if (parser.positionalArguments().size() != 1)

@@ -27,7 +27,7 @@ int runLocations(const QStringList& arguments)
   }
   if (parser.isSet(QStringLiteral("help")))
   {
-    rte::out() << parser.helpText();
+    rte::out() << rte::helpText(parser, arguments.first());
     return 0;
   }
   if (!parser.positionalArguments().isEmpty())
