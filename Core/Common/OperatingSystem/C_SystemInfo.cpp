@@ -4,6 +4,11 @@
 
 #include <QProcess>
 
+#ifdef Q_OS_UNIX
+#include <csignal>
+#include <unistd.h>
+#endif
+
 namespace RTE
 {
 
@@ -30,6 +35,10 @@ QStringList runProcess(const QString& program, const QStringList& arguments, int
   process.setProgram(program);
   process.setArguments(arguments);
   process.setStandardInputFile(QProcess::nullDevice());
+#ifdef Q_OS_UNIX
+  // A group of its own, so that a timeout ends what the program started, too.
+  process.setChildProcessModifier([] { ::setpgid(0, 0); });
+#endif
   process.start();
   if (!process.waitForStarted(timeoutMs < 0 ? -1 : timeoutMs))
   {
@@ -39,6 +48,9 @@ QStringList runProcess(const QString& program, const QStringList& arguments, int
   if (!process.waitForFinished(timeoutMs < 0 ? -1 : timeoutMs))
   {
     qCWarning(lcOperatingSystem).noquote() << program << "did not finish within" << timeoutMs << "ms and was killed";
+#ifdef Q_OS_UNIX
+    ::kill(-static_cast<pid_t>(process.processId()), SIGKILL);
+#endif
     process.kill();
     process.waitForFinished(1000);
   }

@@ -1,0 +1,335 @@
+#include <Core/Common/Exceptions/GeneralExceptions.h>
+#include <Core/Common/OperatingSystem/Linux/OperatingSystemLinux_p.h>
+#include <Core/Common/OperatingSystem/OperatingSystem.h>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <thread>
+
+#include <sys/utsname.h>
+#include <unistd.h>
+
+namespace
+{
+
+using RTE::OperatingSystem;
+
+// Scenarios that need a process of their own: without an application object, or one
+// that a signal ends. The test program starts itself with OS_TEST_CHILD set; the
+// scenario runs before main and ends the process.
+constexpr const char* childVariable = "OS_TEST_CHILD";
+
+void childNoDispatcher()
+{
+  try
+  {
+    OperatingSystem::GetInstance().registerSystemEvents();
+    std::printf("no exception\n");
+  }
+  catch (const RTE::VerificationFailed& e)
+  {
+    std::printf("VerificationFailed: %s\n", qPrintable(e.message()));
+  }
+  catch (const RTE::Exception& e)
+  {
+    std::printf("Exception: %s\n", qPrintable(e.message()));
+  }
+}
+
+void childSigterm()
+{
+  static int argc = 1;
+  static char name[] = "child";
+  static char* argv[] = {name, nullptr};
+  QCoreApplication app(argc, argv);
+  OperatingSystem& os = OperatingSystem::GetInstance();
+  const auto mainThread = std::this_thread::get_id();
+  os.registerForShutdownSignal(
+      [mainThread]
+      {
+        std::printf("shutdown callback on main thread: %s\n", std::this_thread::get_id() == mainThread ? "yes" : "no");
+        std::fflush(stdout);
+      });
+  os.registerSystemEvents();
+  // Sent from another thread: the handler may run there, the callback must not.
+  QTimer::singleShot(0, [] { std::thread([] { ::kill(::getpid(), SIGTERM); }).join(); });
+  QTimer::singleShot(10000, [] { ::_exit(4); });
+  app.exec();
+  std::printf("event loop ended without the signal ending the process\n");
+}
+
+void childNoBus()
+{
+  static int argc = 1;
+  static char name[] = "child";
+  static char* argv[] = {name, nullptr};
+  QCoreApplication app(argc, argv);
+  OperatingSystem& os = OperatingSystem::GetInstance();
+  os.registerSystemEvents(); // only logs that there is no bus
+  const bool prevented = os.PreventSystemSleepTimer(true);
+  const bool poweroff = os.Shutdown(false);
+  const bool reboot = os.Shutdown(true);
+  std::printf("prevent=%d prevented=%d release=%d poweroff=%d reboot=%d\n", prevented, os.IsSystemSleepTimerPrevented(),
+              os.PreventSystemSleepTimer(false), poweroff, reboot);
+}
+
+[[maybe_unused]] const bool childRan = []
+{
+  const QByteArray scenario = qgetenv(childVariable);
+  if (scenario.isEmpty())
+    return false;
+  if (scenario == "no-dispatcher")
+    childNoDispatcher();
+  else if (scenario == "sigterm")
+    childSigterm();
+  else if (scenario == "no-bus")
+    childNoBus();
+  std::fflush(stdout);
+  ::_exit(0);
+}();
+
+struct ChildRun
+{
+  QProcess::ExitStatus status = QProcess::NormalExit;
+  int exitCode = -1;
+  QString out;
+  qint64 elapsedMs = 0;
+};
+
+ChildRun runChild(const char* scenario, const QProcessEnvironment& extra = {})
+{
+  QProcess process;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert(QString::fromLatin1(childVariable), QString::fromLatin1(scenario));
+  for (const QString& key : extra.keys())
+    environment.insert(key, extra.value(key));
+  process.setProcessEnvironment(environment);
+  QElapsedTimer timer;
+  timer.start();
+  process.start(QCoreApplication::applicationFilePath(), {});
+  EXPECT_TRUE(process.waitForFinished(20000)) << scenario;
+  return ChildRun{process.exitStatus(), process.exitCode(), QString::fromLocal8Bit(process.readAllStandardOutput()),
+                  timer.elapsed()};
+}
+
+// Removes every callback again, so that each test starts from none.
+void clearCallbacks()
+{
+  OperatingSystem& os = OperatingSystem::GetInstance();
+  os.registerForApplicationCrash({});
+  os.registerForShutdownSignal({});
+  os.registerForSuspendSignal({});
+  os.registerForResumeSignal({});
+}
+
+template <typename Register>
+void expectSecondRegistrationRefused(Register reg, const char* message)
+{
+  SCOPED_TRACE(message);
+  reg(false); // an empty callback first: does not count
+  reg(true);
+  try
+  {
+    reg(true);
+    ADD_FAILURE() << "no exception";
+  }
+  catch (const RTE::VerificationFailed& e)
+  {
+    EXPECT_EQ(e.message(), QString::fromLatin1(message));
+  }
+  reg(false); // removes the callback
+  EXPECT_NO_THROW(reg(true));
+}
+
+TEST(OperatingSystem, SecondRegistrationOfAnEventIsRefusedWithItsOwnText)
+{
+  OperatingSystem& os = OperatingSystem::GetInstance();
+  clearCallbacks();
+  expectSecondRegistrationRefused(
+      [&](bool set)
+      {
+        os.registerForApplicationCrash(set ? OperatingSystem::CrashCallback([](int, siginfo_t*, ucontext_t*) {})
+                                           : OperatingSystem::CrashCallback());
+      },
+      "Don't register for SignalApplicationCrash twice.");
+  expectSecondRegistrationRefused([&](bool set)
+                                  { os.registerForShutdownSignal(set ? [] {} : OperatingSystem::EventCallback()); },
+                                  "Don't register for SignalShutdown twice.");
+  expectSecondRegistrationRefused([&](bool set)
+                                  { os.registerForSuspendSignal(set ? [] {} : OperatingSystem::EventCallback()); },
+                                  "Don't register for SignalSuspend twice.");
+  expectSecondRegistrationRefused([&](bool set)
+                                  { os.registerForResumeSignal(set ? [] {} : OperatingSystem::EventCallback()); },
+                                  "Don't register for SignalResume twice.");
+  clearCallbacks();
+}
+
+TEST(OperatingSystem, CallsReachOnlyTheStoredCallbackOfTheirEvent)
+{
+  OperatingSystem& os = OperatingSystem::GetInstance();
+  clearCallbacks();
+  // Nothing stored: nothing happens.
+  os.callSignalShutdown();
+  os.callSignalSuspend();
+  os.callSignalResume();
+  os.callSignalApplicationCrash(SIGSEGV, nullptr, nullptr);
+
+  int shutdown = 0, suspend = 0, resume = 0;
+  int crashSignal = 0;
+  siginfo_t* crashInfo = nullptr;
+  ucontext_t* crashContext = nullptr;
+  os.registerForShutdownSignal([&] { ++shutdown; });
+  os.registerForSuspendSignal([&] { ++suspend; });
+  os.registerForResumeSignal([&] { ++resume; });
+  os.registerForApplicationCrash(
+      [&](int signalNumber, siginfo_t* info, ucontext_t* context)
+      {
+        crashSignal = signalNumber;
+        crashInfo = info;
+        crashContext = context;
+      });
+  os.callSignalSuspend();
+  os.callSignalSuspend();
+  os.callSignalResume();
+  EXPECT_EQ(shutdown, 0);
+  EXPECT_EQ(suspend, 2);
+  EXPECT_EQ(resume, 1);
+  os.callSignalShutdown();
+  EXPECT_EQ(shutdown, 1);
+
+  siginfo_t info{};
+  ucontext_t context{};
+  os.callSignalApplicationCrash(SIGBUS, &info, &context);
+  EXPECT_EQ(crashSignal, SIGBUS);
+  EXPECT_EQ(crashInfo, &info);
+  EXPECT_EQ(crashContext, &context);
+
+  // A callback may register another one without dead-locking.
+  clearCallbacks();
+  os.registerForShutdownSignal([&] { os.registerForSuspendSignal([&] { ++suspend; }); });
+  os.callSignalShutdown();
+  os.callSignalSuspend();
+  EXPECT_EQ(suspend, 3);
+  clearCallbacks();
+}
+
+TEST(OperatingSystem, RegisterSystemEventsRefusesOtherThreadsAndAMissingEventLoop)
+{
+  QString message;
+  std::thread(
+      [&]
+      {
+        try
+        {
+          OperatingSystem::GetInstance().registerSystemEvents();
+        }
+        catch (const RTE::VerificationFailed& e)
+        {
+          message = e.message();
+        }
+      })
+      .join();
+  EXPECT_EQ(message, QStringLiteral("Must be called from main thread."));
+
+  const ChildRun child = runChild("no-dispatcher");
+  EXPECT_EQ(child.out.trimmed(), QStringLiteral("Exception: Qt event loop not running."));
+}
+
+TEST(OperatingSystem, TerminationSignalRunsTheShutdownCallbackOnTheMainThreadAndEndsTheProcess)
+{
+  const ChildRun child = runChild("sigterm");
+  EXPECT_EQ(child.out.trimmed(), QStringLiteral("shutdown callback on main thread: yes"));
+  // Not consumed: the signal's default action still ends the process.
+  EXPECT_EQ(child.status, QProcess::CrashExit);
+  EXPECT_EQ(child.exitCode, SIGTERM);
+}
+
+TEST(OperatingSystem, WithoutASystemBusPowerRequestsFailQuickly)
+{
+  QProcessEnvironment noBus;
+  noBus.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), QStringLiteral("unix:path=/nonexistent/system_bus_socket"));
+  const ChildRun child = runChild("no-bus", noBus);
+  EXPECT_EQ(child.status, QProcess::NormalExit);
+  EXPECT_EQ(child.out.trimmed(), QStringLiteral("prevent=0 prevented=0 release=1 poweroff=0 reboot=0"));
+  EXPECT_LT(child.elapsedMs, 5000);
+}
+
+TEST(OperatingSystem, IdentifiesLinuxAndItsSession)
+{
+  const OperatingSystem& os = OperatingSystem::GetInstance();
+  EXPECT_TRUE(os.IsLinux());
+  EXPECT_FALSE(os.IsUnknown());
+  for (const bool windows :
+       {os.IsWin98(), os.IsWinNT(), os.IsWin2000(), os.IsWinXP(), os.IsWin2003Server(), os.IsWinVista(),
+        os.IsWin2008Server(), os.IsWindows7(), os.IsWindows8(), os.IsWindows8_1(), os.IsWindows10(), os.IsWindows11()})
+    EXPECT_FALSE(windows);
+  EXPECT_EQ(os.Is64bitExecutable(), sizeof(void*) == 8);
+  if (os.Is64bitExecutable())
+    EXPECT_TRUE(os.IsWin64bit());
+  utsname kernel{};
+  ASSERT_EQ(::uname(&kernel), 0);
+  EXPECT_TRUE(os.GetOperatingSystemName().contains(QString::fromLocal8Bit(kernel.release)))
+      << qPrintable(os.GetOperatingSystemName());
+
+  const QByteArray saved = qgetenv("SSH_CONNECTION");
+  for (const char* name : {"SSH_CONNECTION", "SSH_CLIENT", "SSH_TTY", "XRDP_SESSION"})
+    qunsetenv(name);
+  if (qEnvironmentVariable("XDG_SESSION_TYPE").isEmpty() || qEnvironmentVariable("XDG_SESSION_TYPE") == "tty")
+    EXPECT_FALSE(os.IsTerminalServer());
+  qputenv("SSH_CONNECTION", "10.0.0.1 50000 10.0.0.2 22");
+  EXPECT_TRUE(os.IsTerminalServer());
+  if (saved.isEmpty())
+    qunsetenv("SSH_CONNECTION");
+  else
+    qputenv("SSH_CONNECTION", saved);
+
+  errno = ENOENT;
+  const QString text = OperatingSystem::GetLastErrorText();
+  EXPECT_EQ(text, QString::fromLocal8Bit(std::strerror(ENOENT)));
+  EXPECT_FALSE(text.endsWith(QLatin1Char('\n')));
+}
+
+TEST(OperatingSystem, DetectionRules)
+{
+  using namespace RTE::detail;
+  const QMap<QString, QString> release = parseOsRelease("# comment\n"
+                                                        "NAME=\"Debian GNU/Linux\"\n"
+                                                        "VERSION_ID='12'\n"
+                                                        "ID=debian\n"
+                                                        "PRETTY_NAME=\"Say \\\"hi\\\" \\\\ \\$HOME\"\n"
+                                                        "broken line\n");
+  EXPECT_EQ(release.value("NAME"), "Debian GNU/Linux");
+  EXPECT_EQ(release.value("VERSION_ID"), "12");
+  EXPECT_EQ(release.value("ID"), "debian");
+  EXPECT_EQ(release.value("PRETTY_NAME"), "Say \"hi\" \\ $HOME");
+  EXPECT_EQ(release.size(), 4);
+
+  EXPECT_EQ(languageIdFromLocaleName("de_DE.UTF-8"), 0x0407);
+  EXPECT_EQ(languageIdFromLocaleName("de_AT@euro"), 0x0C07);
+  EXPECT_EQ(languageIdFromLocaleName("en_GB.UTF-8"), 0x0809);
+  EXPECT_EQ(languageIdFromLocaleName("en_US"), 0x0409);
+  EXPECT_EQ(languageIdFromLocaleName("fr_CA.ISO-8859-1"), 0x0C0C);
+  EXPECT_EQ(languageIdFromLocaleName("fr"), 0x040C);
+  EXPECT_EQ(languageIdFromLocaleName("C.UTF-8"), 0x0409);
+  EXPECT_EQ(languageIdFromLocaleName("POSIX"), 0x0409);
+  EXPECT_EQ(languageIdFromLocaleName("xx_YY.UTF-8"), 0);
+  EXPECT_EQ(languageIdFromLocaleName(""), 0);
+
+  EXPECT_TRUE(isVirtualMachineFrom("VirtualBox", "innotek GmbH", {}));
+  EXPECT_TRUE(isVirtualMachineFrom("Standard PC (Q35 + ICH9, 2009)", "QEMU", {}));
+  EXPECT_TRUE(isVirtualMachineFrom("Virtual Machine", "Microsoft Corporation", {}));
+  EXPECT_TRUE(isVirtualMachineFrom({}, {}, "flags\t\t: fpu vme hypervisor lahf_lm"));
+  EXPECT_FALSE(isVirtualMachineFrom("Surface Laptop 5", "Microsoft Corporation", {}));
+  EXPECT_FALSE(isVirtualMachineFrom("OptiPlex 7090", "Dell Inc.", "flags\t\t: fpu vme hypervisorx lahf_lm"));
+}
+
+} // namespace
