@@ -1,3 +1,5 @@
+#include "RteRun.h"
+
 #include <Core/Common/OperatingSystem/C_SystemInfo.h>
 
 #include <QCoreApplication>
@@ -152,6 +154,18 @@ TEST(SystemInfo, CommandRunnersReturnLinesAndStopAtTheTimeout)
   EXPECT_EQ(info.RunCommandInShellAndReturnOutput(QStringLiteral("echo started; sleep 20; echo late"), {}, 300),
             QStringList({"started"}));
   EXPECT_LT(timer.elapsed(), 5000);
+}
+
+TEST(SystemInfo, RteSysinfoReportsAndRefusesBadOptions)
+{
+  SKIP_WITHOUT_RTE();
+  const RteRun run = runRte({QStringLiteral("sysinfo"), QStringLiteral("--load-ms"), QStringLiteral("40")});
+  EXPECT_EQ(run.exitCode, 0) << qPrintable(run.err);
+  EXPECT_TRUE(run.out.contains(QStringLiteral("Linux:                     yes"))) << qPrintable(run.out);
+  EXPECT_TRUE(run.out.contains(QStringLiteral("Memory total:"))) << qPrintable(run.out);
+  EXPECT_TRUE(run.out.contains(QStringLiteral("Instruction sets:"))) << qPrintable(run.out);
+  EXPECT_EQ(runRte({QStringLiteral("sysinfo"), QStringLiteral("--load-ms"), QStringLiteral("soon")}).exitCode, 2);
+  EXPECT_EQ(runRte({QStringLiteral("sysinfo"), QStringLiteral("extra")}).exitCode, 2);
 }
 
 } // namespace
