@@ -3,9 +3,14 @@
 #include <Core/Common/OperatingSystem/OperatingSystem.h>
 
 #include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusUnixFileDescriptor>
+#include <QDBusVirtualObject>
 #include <QElapsedTimer>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QStandardPaths>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -82,6 +87,101 @@ void childNoBus()
               os.PreventSystemSleepTimer(false), poweroff, reboot);
 }
 
+// A stand-in session manager on a private bus: prints each call it gets, hands out
+// pipe ends as locks and, once the first delay lock is taken (the client listens by
+// then), announces a suspend, a resume and a shutdown.
+class FakeSessionManager : public QDBusVirtualObject
+{
+public:
+  QString introspect(const QString&) const override { return {}; }
+
+  bool handleMessage(const QDBusMessage& message, const QDBusConnection& connection) override
+  {
+    QStringList arguments;
+    for (const QVariant& argument : message.arguments())
+      arguments << argument.toString();
+    std::printf("%s %s\n", qPrintable(message.member()), qPrintable(arguments.join(QLatin1Char(' '))));
+    std::fflush(stdout);
+    QDBusMessage reply = message.createReply();
+    if (message.member() == QLatin1String("Inhibit"))
+    {
+      int lock[2];
+      if (::pipe(lock) != 0)
+        return false;
+      reply = message.createReply(QVariant::fromValue(QDBusUnixFileDescriptor(lock[1])));
+      ::close(lock[1]);
+      if (arguments.value(3) == QLatin1String("delay") && !m_announced)
+      {
+        m_announced = true;
+        QTimer::singleShot(
+            50,
+            [connection]
+            {
+              for (const auto& [name, start] : {std::pair{"PrepareForSleep", true}, std::pair{"PrepareForSleep", false},
+                                                std::pair{"PrepareForShutdown", true}})
+              {
+                QDBusMessage notice = QDBusMessage::createSignal(QStringLiteral("/org/freedesktop/login1"),
+                                                                 QStringLiteral("org.freedesktop.login1.Manager"),
+                                                                 QString::fromLatin1(name));
+                notice << start;
+                QDBusConnection(connection).send(notice);
+              }
+            });
+      }
+    }
+    QDBusConnection(connection).send(reply);
+    return true;
+  }
+
+private:
+  bool m_announced = false;
+};
+
+void childFakeSessionManager()
+{
+  static int argc = 1;
+  static char name[] = "logind";
+  static char* argv[] = {name, nullptr};
+  QCoreApplication app(argc, argv);
+  QDBusConnection bus = QDBusConnection::systemBus();
+  FakeSessionManager manager;
+  if (!bus.registerVirtualObject(QStringLiteral("/org/freedesktop/login1"), &manager) ||
+      !bus.registerService(QStringLiteral("org.freedesktop.login1")))
+    ::_exit(3);
+  std::printf("ready\n");
+  std::fflush(stdout);
+  app.exec();
+}
+
+void childSessionClient()
+{
+  static int argc = 1;
+  static char name[] = "client";
+  static char* argv[] = {name, nullptr};
+  QCoreApplication app(argc, argv);
+  OperatingSystem& os = OperatingSystem::GetInstance();
+  QStringList events;
+  os.registerForSuspendSignal([&] { events << QStringLiteral("suspend"); });
+  os.registerForResumeSignal([&] { events << QStringLiteral("resume"); });
+  os.registerForShutdownSignal(
+      [&]
+      {
+        events << QStringLiteral("shutdown");
+        QCoreApplication::quit();
+      });
+  os.registerSystemEvents();
+  QTimer::singleShot(5000, [] { QCoreApplication::quit(); });
+  app.exec();
+  const bool prevent = os.PreventSystemSleepTimer(true);
+  const bool prevented = os.IsSystemSleepTimerPrevented();
+  const bool release = os.PreventSystemSleepTimer(false);
+  const bool released = !os.IsSystemSleepTimerPrevented();
+  const bool poweroff = os.Shutdown(false);
+  const bool reboot = os.Shutdown(true);
+  std::printf("events=%s prevent=%d prevented=%d release=%d prevented=%d poweroff=%d reboot=%d\n",
+              qPrintable(events.join(QLatin1Char(','))), prevent, prevented, release, !released, poweroff, reboot);
+}
+
 [[maybe_unused]] const bool childRan = []
 {
   const QByteArray scenario = qgetenv(childVariable);
@@ -93,6 +193,10 @@ void childNoBus()
     childSigterm();
   else if (scenario == "no-bus")
     childNoBus();
+  else if (scenario == "fake-logind")
+    childFakeSessionManager();
+  else if (scenario == "session-client")
+    childSessionClient();
   std::fflush(stdout);
   ::_exit(0);
 }();
@@ -261,6 +365,44 @@ TEST(OperatingSystem, WithoutASystemBusPowerRequestsFailQuickly)
   EXPECT_EQ(child.status, QProcess::NormalExit);
   EXPECT_EQ(child.out.trimmed(), QStringLiteral("prevent=0 prevented=0 release=1 poweroff=0 reboot=0"));
   EXPECT_LT(child.elapsedMs, 5000);
+}
+
+TEST(OperatingSystem, SessionManagerNoticesAndRequestsTravelOverTheSystemBus)
+{
+  const QString daemon = QStandardPaths::findExecutable(QStringLiteral("dbus-daemon"));
+  if (daemon.isEmpty())
+    GTEST_SKIP() << "dbus-daemon not installed";
+  QProcess bus;
+  bus.start(daemon, {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--print-address")});
+  ASSERT_TRUE(bus.waitForReadyRead(5000));
+  QProcessEnvironment privateBus;
+  privateBus.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), QString::fromLatin1(bus.readLine().trimmed()));
+
+  QProcess manager;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert(QString::fromLatin1(childVariable), QStringLiteral("fake-logind"));
+  environment.insert(privateBus.keys().first(), privateBus.value(privateBus.keys().first()));
+  manager.setProcessEnvironment(environment);
+  manager.start(QCoreApplication::applicationFilePath(), {});
+  ASSERT_TRUE(manager.waitForReadyRead(5000));
+  ASSERT_EQ(manager.readLine().trimmed(), "ready");
+
+  const ChildRun client = runChild("session-client", privateBus);
+  EXPECT_EQ(client.out.trimmed(), QStringLiteral("events=suspend,resume,shutdown prevent=1 prevented=1 release=1 "
+                                                 "prevented=0 poweroff=1 reboot=1"));
+  manager.kill();
+  manager.waitForFinished();
+  bus.kill();
+  bus.waitForFinished();
+  const QStringList calls = QString::fromLocal8Bit(manager.readAllStandardOutput()).split(QLatin1Char('\n'));
+  // Delay locks at the start and again after the resume, a block lock, then the requests
+  // without interaction.
+  ASSERT_EQ(calls.size(), 6) << qPrintable(calls.join(QLatin1Char('|')));
+  EXPECT_TRUE(calls[0].startsWith(QLatin1String("Inhibit sleep:shutdown client")) && calls[0].endsWith("delay"));
+  EXPECT_TRUE(calls[1].startsWith(QLatin1String("Inhibit sleep:shutdown client")) && calls[1].endsWith("delay"));
+  EXPECT_TRUE(calls[2].startsWith(QLatin1String("Inhibit sleep:idle client")) && calls[2].endsWith("block"));
+  EXPECT_EQ(calls[3], QStringLiteral("PowerOff false"));
+  EXPECT_EQ(calls[4], QStringLiteral("Reboot false"));
 }
 
 TEST(OperatingSystem, IdentifiesLinuxAndItsSession)

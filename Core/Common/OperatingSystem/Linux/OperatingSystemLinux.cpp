@@ -1,6 +1,7 @@
 #include <Core/Common/OperatingSystem/OperatingSystem.h>
 
 #include "../OperatingSystemLog_p.h"
+#include "../ThreadsLog_p.h"
 #include "OperatingSystemLinux_p.h"
 #include "SystemEventsLinux_p.h"
 
@@ -98,6 +99,26 @@ QDBusMessage login1Call(const QString& method, const QVariantList& arguments)
   QDBusMessage call = QDBusMessage::createMethodCall(login1Service, login1Path, login1Manager, method);
   call.setArguments(arguments);
   return bus.call(call, QDBus::Block, dbusTimeoutMs);
+}
+
+QString applicationTitle()
+{
+  const QString name = QCoreApplication::applicationName();
+  return name.isEmpty() ? QStringLiteral("Core.Common") : name;
+}
+
+// An exception must not cross the event loop, nor keep a signal from taking its course.
+template <typename Call>
+void runCallback(Call call)
+{
+  try
+  {
+    call();
+  }
+  catch (...)
+  {
+    qCWarning(lcOperatingSystem).noquote() << "A system event callback failed:" << detail::currentExceptionText();
+  }
 }
 
 } // namespace
@@ -239,20 +260,41 @@ SystemEventReceiver::SystemEventReceiver(int signalPipe, QObject* parent) : QObj
   connect(notifier, &QSocketNotifier::activated, this, &SystemEventReceiver::onSignalPipeReadable);
 }
 
+void SystemEventReceiver::takeDelayLock()
+{
+  // A delay lock makes the session manager wait (up to its InhibitDelayMaxSec) until
+  // we let go, so that the callbacks run before the machine sleeps or powers off.
+  const QDBusMessage reply = login1Call(QStringLiteral("Inhibit"),
+                                        {QStringLiteral("sleep:shutdown"), applicationTitle(),
+                                         QStringLiteral("Let the application react first"), QStringLiteral("delay")});
+  if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty())
+    m_delayLock = qvariant_cast<QDBusUnixFileDescriptor>(reply.arguments().constFirst());
+  else
+    qCInfo(lcOperatingSystem).noquote() << "No delay lock of the session manager:" << reply.errorMessage();
+}
+
 void SystemEventReceiver::onPrepareForShutdown(bool start)
 {
   qCInfo(lcOperatingSystem) << "The system prepares to shut down:" << start;
-  if (start)
-    OperatingSystem::GetInstance().callSignalShutdown();
+  if (!start)
+    return;
+  runCallback([] { OperatingSystem::GetInstance().callSignalShutdown(); });
+  m_delayLock = QDBusUnixFileDescriptor();
 }
 
 void SystemEventReceiver::onPrepareForSleep(bool start)
 {
   qCInfo(lcOperatingSystem) << (start ? "The system is suspending" : "The system resumed");
   if (start)
-    OperatingSystem::GetInstance().callSignalSuspend();
+  {
+    runCallback([] { OperatingSystem::GetInstance().callSignalSuspend(); });
+    m_delayLock = QDBusUnixFileDescriptor();
+  }
   else
-    OperatingSystem::GetInstance().callSignalResume();
+  {
+    takeDelayLock();
+    runCallback([] { OperatingSystem::GetInstance().callSignalResume(); });
+  }
 }
 
 void SystemEventReceiver::onSignalPipeReadable()
@@ -265,7 +307,7 @@ void SystemEventReceiver::onSignalPipeReadable()
     {
       const int signalNumber = numbers[i];
       qCInfo(lcOperatingSystem) << "Signal" << signalNumber << "asks the process to end";
-      OperatingSystem::GetInstance().callSignalShutdown();
+      runCallback([] { OperatingSystem::GetInstance().callSignalShutdown(); });
       // Not consumed: the signal takes the course it had before (the default ends the
       // process with the signal's status). Delivered at once, as raise() targets this thread.
       ::sigaction(signalNumber, &s_previousAction[signalNumber], nullptr);
@@ -380,14 +422,19 @@ void OperatingSystem::installSystemEvents()
                                                "): shutdown, suspend and resume notices are not received";
     return;
   }
-  QObject* receiver = m_events->receiver ? static_cast<QObject*>(m_events->receiver)
-                                         : new detail::SystemEventReceiver(-1, QCoreApplication::instance());
+  if (!m_events->receiver)
+    m_events->receiver = new detail::SystemEventReceiver(-1, QCoreApplication::instance());
+  detail::SystemEventReceiver* receiver = m_events->receiver;
   const bool shutdown = bus.connect(login1Service, login1Path, login1Manager, QStringLiteral("PrepareForShutdown"),
                                     receiver, SLOT(onPrepareForShutdown(bool)));
   const bool sleeping = bus.connect(login1Service, login1Path, login1Manager, QStringLiteral("PrepareForSleep"),
                                     receiver, SLOT(onPrepareForSleep(bool)));
   if (!shutdown || !sleeping)
+  {
     qCWarning(lcOperatingSystem).noquote() << "Could not listen to the session manager:" << bus.lastError().message();
+    return;
+  }
+  receiver->takeDelayLock();
 }
 
 bool OperatingSystem::PreventSystemSleepTimer(bool prevent)
@@ -402,12 +449,10 @@ bool OperatingSystem::PreventSystemSleepTimer(bool prevent)
   }
   if (m_sleepPrevented)
     return true;
-  const QString who = QCoreApplication::applicationName().isEmpty() ? QStringLiteral("Core.Common")
-                                                                    : QCoreApplication::applicationName();
   const QDBusMessage reply =
       login1Call(QStringLiteral("Inhibit"),
-                 {QStringLiteral("sleep:idle"), who, QStringLiteral("The application asked the system to stay awake"),
-                  QStringLiteral("block")});
+                 {QStringLiteral("sleep:idle"), applicationTitle(),
+                  QStringLiteral("The application asked the system to stay awake"), QStringLiteral("block")});
   if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
   {
     qCWarning(lcOperatingSystem).noquote() << "Could not prevent system sleep:" << reply.errorMessage();
