@@ -2,6 +2,7 @@
 
 #include "OperatingSystemLog_p.h"
 
+#include <QDeadlineTimer>
 #include <QProcess>
 
 #ifdef Q_OS_UNIX
@@ -29,6 +30,12 @@ QStringList splitLines(const QByteArray& output)
   return lines;
 }
 
+// What QProcess's waits take: -1 for no limit.
+int remainingMs(const QDeadlineTimer& deadline)
+{
+  return deadline.isForever() ? -1 : static_cast<int>(deadline.remainingTime());
+}
+
 QStringList runProcess(const QString& program, const QStringList& arguments, int timeoutMs)
 {
   QProcess process;
@@ -39,13 +46,15 @@ QStringList runProcess(const QString& program, const QStringList& arguments, int
   // A group of its own, so that a timeout ends what the program started, too.
   process.setChildProcessModifier([] { ::setpgid(0, 0); });
 #endif
+  // One limit for starting and running together.
+  QDeadlineTimer deadline(timeoutMs < 0 ? QDeadlineTimer::Forever : timeoutMs);
   process.start();
-  if (!process.waitForStarted(timeoutMs < 0 ? -1 : timeoutMs))
+  if (!process.waitForStarted(remainingMs(deadline)))
   {
     qCWarning(lcOperatingSystem).noquote() << "Could not start" << program << ":" << process.errorString();
     return {};
   }
-  if (!process.waitForFinished(timeoutMs < 0 ? -1 : timeoutMs))
+  if (!process.waitForFinished(remainingMs(deadline)))
   {
     qCWarning(lcOperatingSystem).noquote() << program << "did not finish within" << timeoutMs << "ms and was killed";
 #ifdef Q_OS_UNIX
