@@ -33,12 +33,20 @@ using RTE::OperatingSystem;
 // scenario runs before main and ends the process.
 constexpr const char* childVariable = "OS_TEST_CHILD";
 
+// The application object of a scenario (argv must outlive it).
+struct ChildApp
+{
+  int argc = 1;
+  char name[6] = "child";
+  char* argv[2] = {name, nullptr};
+  QCoreApplication app{argc, argv};
+};
+
 void childNoDispatcher()
 {
   try
   {
     OperatingSystem::GetInstance().registerSystemEvents();
-    std::printf("no exception\n");
   }
   catch (const RTE::VerificationFailed& e)
   {
@@ -52,10 +60,7 @@ void childNoDispatcher()
 
 void childSigterm()
 {
-  static int argc = 1;
-  static char name[] = "child";
-  static char* argv[] = {name, nullptr};
-  QCoreApplication app(argc, argv);
+  ChildApp child;
   OperatingSystem& os = OperatingSystem::GetInstance();
   const auto mainThread = std::this_thread::get_id();
   os.registerForShutdownSignal(
@@ -68,23 +73,8 @@ void childSigterm()
   // Sent from another thread: the handler may run there, the callback must not.
   QTimer::singleShot(0, [] { std::thread([] { ::kill(::getpid(), SIGTERM); }).join(); });
   QTimer::singleShot(10000, [] { ::_exit(4); });
-  app.exec();
+  child.app.exec();
   std::printf("event loop ended without the signal ending the process\n");
-}
-
-void childNoBus()
-{
-  static int argc = 1;
-  static char name[] = "child";
-  static char* argv[] = {name, nullptr};
-  QCoreApplication app(argc, argv);
-  OperatingSystem& os = OperatingSystem::GetInstance();
-  os.registerSystemEvents(); // only logs that there is no bus
-  const bool prevented = os.PreventSystemSleepTimer(true);
-  const bool poweroff = os.Shutdown(false);
-  const bool reboot = os.Shutdown(true);
-  std::printf("prevent=%d prevented=%d release=%d poweroff=%d reboot=%d\n", prevented, os.IsSystemSleepTimerPrevented(),
-              os.PreventSystemSleepTimer(false), poweroff, reboot);
 }
 
 // A stand-in session manager on a private bus: prints each call it gets, hands out
@@ -139,10 +129,7 @@ private:
 
 void childFakeSessionManager()
 {
-  static int argc = 1;
-  static char name[] = "logind";
-  static char* argv[] = {name, nullptr};
-  QCoreApplication app(argc, argv);
+  ChildApp child;
   QDBusConnection bus = QDBusConnection::systemBus();
   FakeSessionManager manager;
   if (!bus.registerVirtualObject(QStringLiteral("/org/freedesktop/login1"), &manager) ||
@@ -150,15 +137,12 @@ void childFakeSessionManager()
     ::_exit(3);
   std::printf("ready\n");
   std::fflush(stdout);
-  app.exec();
+  child.app.exec();
 }
 
 void childSessionClient()
 {
-  static int argc = 1;
-  static char name[] = "client";
-  static char* argv[] = {name, nullptr};
-  QCoreApplication app(argc, argv);
+  ChildApp child;
   OperatingSystem& os = OperatingSystem::GetInstance();
   QStringList events;
   os.registerForSuspendSignal([&] { events << QStringLiteral("suspend"); });
@@ -169,9 +153,10 @@ void childSessionClient()
         events << QStringLiteral("shutdown");
         QCoreApplication::quit();
       });
-  os.registerSystemEvents();
-  QTimer::singleShot(5000, [] { QCoreApplication::quit(); });
-  app.exec();
+  os.registerSystemEvents(); // without a bus, this only logs so
+  // Notices come only from a session manager; without a bus there is nothing to wait for.
+  QTimer::singleShot(QDBusConnection::systemBus().isConnected() ? 5000 : 0, [] { QCoreApplication::quit(); });
+  child.app.exec();
   const bool prevent = os.PreventSystemSleepTimer(true);
   const bool prevented = os.IsSystemSleepTimerPrevented();
   const bool release = os.PreventSystemSleepTimer(false);
@@ -191,8 +176,6 @@ void childSessionClient()
     childNoDispatcher();
   else if (scenario == "sigterm")
     childSigterm();
-  else if (scenario == "no-bus")
-    childNoBus();
   else if (scenario == "fake-logind")
     childFakeSessionManager();
   else if (scenario == "session-client")
@@ -281,48 +264,29 @@ TEST(OperatingSystem, CallsReachOnlyTheStoredCallbackOfTheirEvent)
 {
   OperatingSystem& os = OperatingSystem::GetInstance();
   clearCallbacks();
-  // Nothing stored: nothing happens.
-  os.callSignalShutdown();
-  os.callSignalSuspend();
-  os.callSignalResume();
+  os.callSignalShutdown(); // nothing stored: nothing happens
   os.callSignalApplicationCrash(SIGSEGV, nullptr, nullptr);
 
-  int shutdown = 0, suspend = 0, resume = 0;
-  int crashSignal = 0;
-  siginfo_t* crashInfo = nullptr;
-  ucontext_t* crashContext = nullptr;
-  os.registerForShutdownSignal([&] { ++shutdown; });
-  os.registerForSuspendSignal([&] { ++suspend; });
-  os.registerForResumeSignal([&] { ++resume; });
-  os.registerForApplicationCrash(
-      [&](int signalNumber, siginfo_t* info, ucontext_t* context)
-      {
-        crashSignal = signalNumber;
-        crashInfo = info;
-        crashContext = context;
-      });
-  os.callSignalSuspend();
-  os.callSignalSuspend();
-  os.callSignalResume();
-  EXPECT_EQ(shutdown, 0);
-  EXPECT_EQ(suspend, 2);
-  EXPECT_EQ(resume, 1);
-  os.callSignalShutdown();
-  EXPECT_EQ(shutdown, 1);
-
+  QString calls;
   siginfo_t info{};
   ucontext_t context{};
+  os.registerForShutdownSignal([&] { calls += QLatin1Char('D'); });
+  os.registerForSuspendSignal([&] { calls += QLatin1Char('S'); });
+  os.registerForResumeSignal([&] { calls += QLatin1Char('R'); });
+  os.registerForApplicationCrash([&](int signalNumber, siginfo_t* i, ucontext_t* c)
+                                 { calls += signalNumber == SIGBUS && i == &info && c == &context ? 'C' : '?'; });
+  os.callSignalSuspend();
+  os.callSignalResume();
+  os.callSignalShutdown();
   os.callSignalApplicationCrash(SIGBUS, &info, &context);
-  EXPECT_EQ(crashSignal, SIGBUS);
-  EXPECT_EQ(crashInfo, &info);
-  EXPECT_EQ(crashContext, &context);
+  EXPECT_EQ(calls, QStringLiteral("SRDC"));
 
   // A callback may register another one without dead-locking.
   clearCallbacks();
-  os.registerForShutdownSignal([&] { os.registerForSuspendSignal([&] { ++suspend; }); });
+  os.registerForShutdownSignal([&] { os.registerForSuspendSignal([&] { calls += QLatin1Char('s'); }); });
   os.callSignalShutdown();
   os.callSignalSuspend();
-  EXPECT_EQ(suspend, 3);
+  EXPECT_EQ(calls, QStringLiteral("SRDCs"));
   clearCallbacks();
 }
 
@@ -361,9 +325,10 @@ TEST(OperatingSystem, WithoutASystemBusPowerRequestsFailQuickly)
 {
   QProcessEnvironment noBus;
   noBus.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), QStringLiteral("unix:path=/nonexistent/system_bus_socket"));
-  const ChildRun child = runChild("no-bus", noBus);
+  const ChildRun child = runChild("session-client", noBus);
   EXPECT_EQ(child.status, QProcess::NormalExit);
-  EXPECT_EQ(child.out.trimmed(), QStringLiteral("prevent=0 prevented=0 release=1 poweroff=0 reboot=0"));
+  EXPECT_EQ(child.out.trimmed(),
+            QStringLiteral("events= prevent=0 prevented=0 release=1 prevented=0 poweroff=0 reboot=0"));
   EXPECT_LT(child.elapsedMs, 5000);
 }
 
@@ -398,9 +363,9 @@ TEST(OperatingSystem, SessionManagerNoticesAndRequestsTravelOverTheSystemBus)
   // Delay locks at the start and again after the resume, a block lock, then the requests
   // without interaction.
   ASSERT_EQ(calls.size(), 6) << qPrintable(calls.join(QLatin1Char('|')));
-  EXPECT_TRUE(calls[0].startsWith(QLatin1String("Inhibit sleep:shutdown client")) && calls[0].endsWith("delay"));
-  EXPECT_TRUE(calls[1].startsWith(QLatin1String("Inhibit sleep:shutdown client")) && calls[1].endsWith("delay"));
-  EXPECT_TRUE(calls[2].startsWith(QLatin1String("Inhibit sleep:idle client")) && calls[2].endsWith("block"));
+  EXPECT_TRUE(calls[0].startsWith(QLatin1String("Inhibit sleep:shutdown child")) && calls[0].endsWith("delay"));
+  EXPECT_TRUE(calls[1].startsWith(QLatin1String("Inhibit sleep:shutdown child")) && calls[1].endsWith("delay"));
+  EXPECT_TRUE(calls[2].startsWith(QLatin1String("Inhibit sleep:idle child")) && calls[2].endsWith("block"));
   EXPECT_EQ(calls[3], QStringLiteral("PowerOff false"));
   EXPECT_EQ(calls[4], QStringLiteral("Reboot false"));
 }
@@ -409,14 +374,8 @@ TEST(OperatingSystem, IdentifiesLinuxAndItsSession)
 {
   const OperatingSystem& os = OperatingSystem::GetInstance();
   EXPECT_TRUE(os.IsLinux());
-  EXPECT_FALSE(os.IsUnknown());
-  for (const bool windows :
-       {os.IsWin98(), os.IsWinNT(), os.IsWin2000(), os.IsWinXP(), os.IsWin2003Server(), os.IsWinVista(),
-        os.IsWin2008Server(), os.IsWindows7(), os.IsWindows8(), os.IsWindows8_1(), os.IsWindows10(), os.IsWindows11()})
-    EXPECT_FALSE(windows);
-  EXPECT_EQ(os.Is64bitExecutable(), sizeof(void*) == 8);
-  if (os.Is64bitExecutable())
-    EXPECT_TRUE(os.IsWin64bit());
+  EXPECT_FALSE(os.IsWindows10() || os.IsUnknown());
+  EXPECT_TRUE(os.IsWin64bit() || !os.Is64bitExecutable());
   utsname kernel{};
   ASSERT_EQ(::uname(&kernel), 0);
   EXPECT_TRUE(os.GetOperatingSystemName().contains(QString::fromLocal8Bit(kernel.release)))
@@ -458,16 +417,11 @@ TEST(OperatingSystem, DetectionRules)
   EXPECT_EQ(languageIdFromLocaleName("de_DE.UTF-8"), 0x0407);
   EXPECT_EQ(languageIdFromLocaleName("de_AT@euro"), 0x0C07);
   EXPECT_EQ(languageIdFromLocaleName("en_GB.UTF-8"), 0x0809);
-  EXPECT_EQ(languageIdFromLocaleName("en_US"), 0x0409);
-  EXPECT_EQ(languageIdFromLocaleName("fr_CA.ISO-8859-1"), 0x0C0C);
   EXPECT_EQ(languageIdFromLocaleName("fr"), 0x040C);
   EXPECT_EQ(languageIdFromLocaleName("C.UTF-8"), 0x0409);
-  EXPECT_EQ(languageIdFromLocaleName("POSIX"), 0x0409);
   EXPECT_EQ(languageIdFromLocaleName("xx_YY.UTF-8"), 0);
-  EXPECT_EQ(languageIdFromLocaleName(""), 0);
 
   EXPECT_TRUE(isVirtualMachineFrom("VirtualBox", "innotek GmbH", {}));
-  EXPECT_TRUE(isVirtualMachineFrom("Standard PC (Q35 + ICH9, 2009)", "QEMU", {}));
   EXPECT_TRUE(isVirtualMachineFrom("Virtual Machine", "Microsoft Corporation", {}));
   EXPECT_TRUE(isVirtualMachineFrom({}, {}, "flags\t\t: fpu vme hypervisor lahf_lm"));
   EXPECT_FALSE(isVirtualMachineFrom("Surface Laptop 5", "Microsoft Corporation", {}));

@@ -38,7 +38,7 @@ bool containsProcess(const std::vector<C_SystemInfo::ProcessInfo>& processes, qi
   return false;
 }
 
-TEST(SystemInfo, MemoryFiguresAreConsistent)
+TEST(SystemInfo, MemoryAndTimeFiguresAreConsistent)
 {
   const C_SystemInfo& info = C_SystemInfo::GetInstance();
   const std::uint64_t total = info.GetMemoryTotal();
@@ -47,17 +47,9 @@ TEST(SystemInfo, MemoryFiguresAreConsistent)
   EXPECT_LE(avail, total);
   EXPECT_GT(info.GetMemoryProcess(), 0u);
   EXPECT_LT(info.GetMemoryProcess(), total);
-  const double usedPercent = 100.0 * static_cast<double>(total - avail) / static_cast<double>(total);
-  EXPECT_LE(info.GetMemoryUsage(), 100u);
-  EXPECT_NEAR(info.GetMemoryUsage(), usedPercent, 5.0);
-  EXPECT_GE(info.GetProcessorNumber(), 1u);
-  EXPECT_FALSE(info.GetHostName().isEmpty());
+  EXPECT_NEAR(info.GetMemoryUsage(), 100.0 * static_cast<double>(total - avail) / static_cast<double>(total), 5.0);
   EXPECT_FALSE(info.getUserName().isEmpty());
-}
 
-TEST(SystemInfo, HighResolutionCounterAdvancesInNanoseconds)
-{
-  const C_SystemInfo& info = C_SystemInfo::GetInstance();
   ASSERT_TRUE(info.IsHighResTimeAvail());
   EXPECT_EQ(info.GetHighResSystemFrequency(), 1000000000u);
   const std::uint64_t before = info.GetHighResSystemCounter64();
