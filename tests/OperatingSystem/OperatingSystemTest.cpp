@@ -192,17 +192,22 @@ struct ChildRun
   qint64 elapsedMs = 0;
 };
 
-ChildRun runChild(const char* scenario, const QProcessEnvironment& extra = {})
+void startChild(QProcess& process, const char* scenario, const QProcessEnvironment& extra)
 {
-  QProcess process;
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
   environment.insert(QString::fromLatin1(childVariable), QString::fromLatin1(scenario));
   for (const QString& key : extra.keys())
     environment.insert(key, extra.value(key));
   process.setProcessEnvironment(environment);
+  process.start(QCoreApplication::applicationFilePath(), {});
+}
+
+ChildRun runChild(const char* scenario, const QProcessEnvironment& extra = {})
+{
   QElapsedTimer timer;
   timer.start();
-  process.start(QCoreApplication::applicationFilePath(), {});
+  QProcess process;
+  startChild(process, scenario, extra);
   EXPECT_TRUE(process.waitForFinished(20000)) << scenario;
   return ChildRun{process.exitStatus(), process.exitCode(), QString::fromLocal8Bit(process.readAllStandardOutput()),
                   timer.elapsed()};
@@ -344,11 +349,7 @@ TEST(OperatingSystem, SessionManagerNoticesAndRequestsTravelOverTheSystemBus)
   privateBus.insert(QStringLiteral("DBUS_SYSTEM_BUS_ADDRESS"), QString::fromLatin1(bus.readLine().trimmed()));
 
   QProcess manager;
-  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-  environment.insert(QString::fromLatin1(childVariable), QStringLiteral("fake-logind"));
-  environment.insert(privateBus.keys().first(), privateBus.value(privateBus.keys().first()));
-  manager.setProcessEnvironment(environment);
-  manager.start(QCoreApplication::applicationFilePath(), {});
+  startChild(manager, "fake-logind", privateBus);
   ASSERT_TRUE(manager.waitForReadyRead(5000));
   ASSERT_EQ(manager.readLine().trimmed(), "ready");
 
@@ -382,16 +383,12 @@ TEST(OperatingSystem, IdentifiesLinuxAndItsSession)
       << qPrintable(os.GetOperatingSystemName());
 
   const QByteArray saved = qgetenv("SSH_CONNECTION");
-  for (const char* name : {"SSH_CONNECTION", "SSH_CLIENT", "SSH_TTY", "XRDP_SESSION"})
-    qunsetenv(name);
-  if (qEnvironmentVariable("XDG_SESSION_TYPE").isEmpty() || qEnvironmentVariable("XDG_SESSION_TYPE") == "tty")
-    EXPECT_FALSE(os.IsTerminalServer());
   qputenv("SSH_CONNECTION", "10.0.0.1 50000 10.0.0.2 22");
   EXPECT_TRUE(os.IsTerminalServer());
-  if (saved.isEmpty())
-    qunsetenv("SSH_CONNECTION");
-  else
-    qputenv("SSH_CONNECTION", saved);
+  qunsetenv("SSH_CONNECTION");
+  if (qEnvironmentVariableIsEmpty("SSH_CLIENT") && qEnvironmentVariableIsEmpty("XDG_SESSION_TYPE"))
+    EXPECT_FALSE(os.IsTerminalServer());
+  qputenv("SSH_CONNECTION", saved);
 
   errno = ENOENT;
   const QString text = OperatingSystem::GetLastErrorText();
@@ -405,14 +402,12 @@ TEST(OperatingSystem, DetectionRules)
   const QMap<QString, QString> release = parseOsRelease("# comment\n"
                                                         "NAME=\"Debian GNU/Linux\"\n"
                                                         "VERSION_ID='12'\n"
-                                                        "ID=debian\n"
                                                         "PRETTY_NAME=\"Say \\\"hi\\\" \\\\ \\$HOME\"\n"
                                                         "broken line\n");
   EXPECT_EQ(release.value("NAME"), "Debian GNU/Linux");
   EXPECT_EQ(release.value("VERSION_ID"), "12");
-  EXPECT_EQ(release.value("ID"), "debian");
   EXPECT_EQ(release.value("PRETTY_NAME"), "Say \"hi\" \\ $HOME");
-  EXPECT_EQ(release.size(), 4);
+  EXPECT_EQ(release.size(), 3);
 
   EXPECT_EQ(languageIdFromLocaleName("de_DE.UTF-8"), 0x0407);
   EXPECT_EQ(languageIdFromLocaleName("de_AT@euro"), 0x0C07);
