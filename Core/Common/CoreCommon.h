@@ -150,6 +150,7 @@
 #include <Core/Common/OperatingSystem/JobQueue.h>
 #include <Core/Common/OperatingSystem/Locations.h>
 #include <Core/Common/OperatingSystem/MultiSignalWaiter.h>
+#include <Core/Common/OperatingSystem/OperatingSystem.h>
 #include <Core/Common/OperatingSystem/QFileAsFILE.h>
 #include <Core/Common/OperatingSystem/SignalWaiter.h>
 #include <Core/Common/OperatingSystem/SubActivityFeedback.h>
