@@ -387,7 +387,9 @@ TEST(OperatingSystem, IdentifiesLinuxAndItsSession)
   EXPECT_TRUE(os.IsTerminalServer());
   qunsetenv("SSH_CONNECTION");
   if (qEnvironmentVariableIsEmpty("SSH_CLIENT") && qEnvironmentVariableIsEmpty("XDG_SESSION_TYPE"))
+  {
     EXPECT_FALSE(os.IsTerminalServer());
+  }
   qputenv("SSH_CONNECTION", saved);
 
   errno = ENOENT;
