@@ -58,6 +58,7 @@ void demoRecipes(QTextStream& out)
   recipes.checkSaveOk(cold, fast, messages);
   recipes.prepareSave(cold, fast);
   recipes.save(cold, fast);
+  out << "Saving \"Warm start\" (both precise, no folder name):\n";
   const Recipe warm = makeRecipe(QStringLiteral("Warm start"), QString());
   const std::vector<Recipes::ContextSelection> precise{{QStringLiteral("Laser"), QStringLiteral("precise"), -1},
                                                        {QStringLiteral("Camera"), QStringLiteral("precise"), -1}};
