@@ -168,4 +168,10 @@ TEST_F(RecipesHostileTest, FoldersThatAreFilesEscapeOrAreLocked)
   a->activated.clear();
   last.activate(intact.id, 0, {});
   EXPECT_EQ(a->activated, QStringLiteral("intact"));
+
+  // A link back to the recipe's own folder is not followed by copy.
+  ASSERT_TRUE(QFile::link(last.recipeFolder(intact), last.recipeFolder(intact) + "/loop"));
+  Recipe request = newRecipe(QStringLiteral("copy"), QStringLiteral("Copy"));
+  last.copy(request, intact.id);
+  EXPECT_EQ(TestContext::read(folder() + "/Copy/A"), QStringLiteral("intact"));
 }

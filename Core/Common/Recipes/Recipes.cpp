@@ -167,7 +167,8 @@ void copyFolder(const QString& source, const QString& destination)
     if (!file.copy(to))
       Raise(Exception(QObject::tr("Can't copy file '%1' to '%2': %3").arg(from, to, file.errorString())));
   }
-  for (const QString& name : subfoldersOf(source))
+  // Linked folders are not followed: a link to a parent would never end.
+  for (const QString& name : sourceDir.entryList(QDir::Dirs | QDir::NoDotAndDotDot | QDir::Hidden | QDir::NoSymLinks))
     copyFolder(source + QLatin1Char('/') + name, destination + QLatin1Char('/') + name);
 }
 
