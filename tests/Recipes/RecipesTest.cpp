@@ -227,6 +227,8 @@ TEST_F(RecipesTest, FailedSavesChangeNothing)
   EXPECT_EQ(thrownMessage([&] { recipes.prepareSave(archived, {}); }), archivedText);
   EXPECT_EQ(thrownMessage([&] { recipes.save(archived, {}); }), archivedText);
   EXPECT_EQ(thrownMessage([&] { recipes.update(archived); }), archivedText);
+  archived.archived = false;
+  EXPECT_EQ(thrownMessage([&] { recipes.save(archived, {}); }), archivedText);
   EXPECT_TRUE(m_log.events.isEmpty());
 
   // A context that fails leaves list and table of contents as they were.

@@ -458,7 +458,8 @@ QStringList Recipes::save(const Recipe& recipe, const std::vector<ContextSelecti
 {
   if (recipe.id.isNull())
     Raise(Exception(tr("Bad Recipes::save(): Invalid recipe")));
-  if (recipe.archived)
+  // A caller's copy that lost its archived flag must not overwrite the archived folder.
+  if (recipe.archived || (find(recipe.id, WhichRecipe::Archived) && !find(recipe.id, WhichRecipe::Active)))
     Raise(Exception(archivedText()));
   const QString folder = recipeFolder(recipe);
   if (folder.isEmpty())
