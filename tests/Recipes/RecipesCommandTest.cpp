@@ -55,4 +55,5 @@ TEST(RecipesCommandTest, SaveActivateArchiveRemove)
   run = runRte(QStringList{"recipes", "show", "Nothing"} + folder);
   EXPECT_EQ(run.exitCode, 1);
   EXPECT_EQ(runRte(QStringList{"recipes", "frobnicate"} + folder).exitCode, 2);
+  EXPECT_EQ(runRte(QStringList{"recipes", "save", "x", "--select", "nope=fast"} + folder).exitCode, 2);
 }

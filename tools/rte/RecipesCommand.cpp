@@ -13,6 +13,7 @@
 #include "RecipesTool.h"
 
 #include <Core/Common/Exceptions/Exception.h>
+#include <Core/Common/Recipes/RecipeContextRegistry.h>
 #include <Core/Common/Recipes/Recipes.h>
 
 #include <QCommandLineParser>
@@ -108,6 +109,12 @@ int save(Recipes& recipes, const QString& label, const QCommandLineParser& parse
     if (equals <= 0)
     {
       rte::err() << "rte recipes: --select wants CONTEXT=PRESET, not '" << select << "'\n";
+      return 2;
+    }
+    if (!RTE::recipeContextRegistry().contains(select.left(equals)))
+    {
+      rte::err() << "rte recipes: no context '" << select.left(equals) << "' ("
+                 << RTE::recipeContextRegistry().entries().join(QStringLiteral(", ")) << ")\n";
       return 2;
     }
     selections.push_back({select.left(equals), select.mid(equals + 1), -1});
