@@ -135,6 +135,10 @@
 #include <Core/Common/Plugins/PluginExtension.h>
 
 // Recipes
+#include <Core/Common/Recipes/Recipe.h>
+#include <Core/Common/Recipes/RecipeContext.h>
+#include <Core/Common/Recipes/RecipeContextRegistry.h>
+#include <Core/Common/Recipes/Recipes.h>
 
 // Platform services
 #include <Core/Common/OperatingSystem/ActivityControl.h>
