@@ -10,6 +10,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   libzstd-dev clang libclang-rt-14-dev
   locales
+  gdb
 )
 
 # A comma-decimal locale for the tests that show number parsing ignores the process
