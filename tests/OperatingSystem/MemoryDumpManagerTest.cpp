@@ -5,6 +5,8 @@
 #include <Core/Common/OperatingSystem/Linux/CrashSignals_p.h>
 #include <Core/Common/OperatingSystem/MemoryDumpManager.h>
 
+#include "RteRun.h"
+
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
@@ -281,13 +283,21 @@ protected:
     return QString::fromUtf8(process.readAllStandardOutput());
   }
 
-  // One "Thread N" block per thread, each with at least its innermost frame.
-  static void expectBacktracePerThread(const QString& text, int minimumThreads)
+  // One "Thread N" block per thread, each with at least its innermost frame. The crashing
+  // thread comes first in the dump, so gdb calls it thread 1; it must show the crash where
+  // it happened, not from inside the signal handler.
+  static void expectBacktracePerThread(const QString& text, int minimumThreads, const QString& crashingFunction)
   {
-    const QStringList blocks = text.split(QRegularExpression(QStringLiteral("\\nThread \\d+ ")));
+    const QStringList blocks = text.split(QRegularExpression(QStringLiteral("\\nThread (?=\\d+ )")));
     EXPECT_GE(blocks.size() - 1, minimumThreads) << text.toStdString();
     for (int i = 1; i < blocks.size(); ++i)
+    {
       EXPECT_TRUE(blocks[i].contains(QStringLiteral("\n#0 "))) << blocks[i].toStdString();
+      if (!blocks[i].startsWith(QStringLiteral("1 ")))
+        continue;
+      EXPECT_TRUE(blocks[i].contains(crashingFunction)) << blocks[i].toStdString();
+      EXPECT_FALSE(blocks[i].contains(QStringLiteral("<signal handler called>"))) << blocks[i].toStdString();
+    }
   }
 
   QTemporaryDir m_dir;
@@ -365,8 +375,7 @@ TEST_F(CrashDumps, CrashesOfEveryKindWriteOneDumpAndEndWithTheSignal)
     const QString text = backtraces(r.dumps[0]);
     if (text.isEmpty())
       continue; // no gdb
-    expectBacktracePerThread(text, c.threads);
-    EXPECT_TRUE(text.contains(QString::fromLatin1(c.function))) << text.toStdString();
+    expectBacktracePerThread(text, c.threads, QString::fromLatin1(c.function));
   }
 }
 
@@ -377,9 +386,7 @@ TEST_F(CrashDumps, CrashWhileTheHeapIsLockedStillWritesTheDump)
   expectOneDumpAndSignal(r, SIGSEGV);
   const QString text = backtraces(r.dumps.value(0));
   if (!text.isEmpty())
-  {
-    EXPECT_TRUE(text.contains(QStringLiteral("crashOnNullPointer"))) << text.toStdString();
-  }
+    expectBacktracePerThread(text, 3, QStringLiteral("crashOnNullPointer"));
 }
 
 TEST_F(CrashDumps, ObserversRunOnceAfterTheDumpIsWritten)
@@ -400,7 +407,7 @@ TEST_F(CrashDumps, MoreDetailMakesLargerDumps)
   EXPECT_LT(medium, sizeOf(full));
   const QString text = backtraces(full.dumps.value(0));
   if (!text.isEmpty())
-    expectBacktracePerThread(text, 1);
+    expectBacktracePerThread(text, 1, QStringLiteral("crashOnNullPointer"));
 }
 
 TEST_F(CrashDumps, DumpsOnRequestInOneSecondReplaceEachOtherAndAreRecorded)
@@ -419,13 +426,33 @@ TEST_F(CrashDumps, DumpsOnRequestInOneSecondReplaceEachOtherAndAreRecorded)
   ASSERT_EQ(r.dumps, QStringList{r.report.value(QStringLiteral("first"))});
   const QString text = backtraces(r.dumps[0]);
   if (!text.isEmpty())
-  {
-    EXPECT_TRUE(text.contains(QStringLiteral("createMemoryDump"))) << text.toStdString();
-  }
+    expectBacktracePerThread(text, 1, QStringLiteral("createMemoryDump"));
 
   // Without the "log/" folder nothing is written, but the path is still recorded.
   ASSERT_TRUE(QDir(m_log).removeRecursively());
   const ChildRun missing = run(QStringLiteral("request"));
   EXPECT_TRUE(missing.report.value(QStringLiteral("last")).startsWith(m_log));
   EXPECT_FALSE(QFileInfo::exists(m_log));
+}
+
+TEST(RteCrashCommand, ReportsTheDumpOfItsCrashedChildAndRefusesUnknownLevels)
+{
+  SKIP_WITHOUT_RTE();
+#ifdef CRASH_TESTS_UNDER_SANITIZER
+  GTEST_SKIP() << "the sanitizers own the fault signals";
+#endif
+  EXPECT_EQ(runRte({QStringLiteral("crash"), QStringLiteral("--level"), QStringLiteral("huge")}).exitCode, 2);
+  const RteRun r = runRte({QStringLiteral("crash"), QStringLiteral("--level"), QStringLiteral("medium")});
+  EXPECT_EQ(r.exitCode, 0) << r.err.toStdString();
+  EXPECT_TRUE(r.out.contains(QStringLiteral("signal 11 (SEGV)"))) << r.out.toStdString();
+  const QRegularExpressionMatch dump = QRegularExpression(QStringLiteral("dump: (.*_crash\\.dmp)\\n")).match(r.out);
+  ASSERT_TRUE(dump.hasMatch()) << r.out.toStdString();
+  const QRegularExpressionMatch size = QRegularExpression(QStringLiteral("size: (\\d+) bytes")).match(r.out);
+  EXPECT_EQ(size.captured(1).toLongLong(), QFileInfo(dump.captured(1)).size());
+  if (!QStandardPaths::findExecutable(QStringLiteral("gdb")).isEmpty())
+  {
+    EXPECT_TRUE(r.out.contains(QRegularExpression(QStringLiteral("\\n  #0 .*rteCrashOnPurpose"))))
+        << r.out.toStdString();
+  }
+  QFile::remove(dump.captured(1));
 }

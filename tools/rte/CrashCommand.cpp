@@ -153,10 +153,19 @@ int runCrash(const QStringList& arguments)
     rte::err() << "rte crash: gdb did not finish within two minutes\n";
     return 1;
   }
+  // gdb names the crashing frame once when it loads the dump and again in the backtrace.
+  const QStringList lines = QString::fromUtf8(debugger.readAllStandardOutput()).split(QLatin1Char('\n'));
+  qsizetype backtraceStart = lines.size();
+  for (qsizetype i = 0; i < lines.size(); ++i)
+    if (lines[i].startsWith(QLatin1String("#0 ")))
+      backtraceStart = i;
   rte::out() << "backtrace of the crashed thread (gdb):\n";
-  for (const QString& line : QString::fromUtf8(debugger.readAllStandardOutput()).split(QLatin1Char('\n')))
-    if (line.startsWith(QLatin1Char('#')) || line.startsWith(QLatin1String("Program terminated")))
+  for (const QString& line : lines)
+    if (line.startsWith(QLatin1String("Program terminated")))
       rte::out() << "  " << line << "\n";
+  for (qsizetype i = backtraceStart; i < lines.size(); ++i)
+    if (lines[i].startsWith(QLatin1Char('#')))
+      rte::out() << "  " << lines[i] << "\n";
   return 0;
 }
 
