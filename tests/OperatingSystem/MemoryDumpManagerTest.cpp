@@ -21,13 +21,17 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 #include <iostream>
+#include <linux/filter.h>
+#include <linux/seccomp.h>
 #include <malloc.h>
 #include <stdexcept>
+#include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <thread>
 #include <unistd.h>
@@ -148,6 +152,21 @@ void holdTheHeapLock()
   (void)!write(1, line, std::strlen(line));
 }
 
+// As in a container whose system-call filter forbids ptrace: every ptrace call fails with
+// EPERM, in this process and in the dump helper it starts.
+void refusePtrace()
+{
+  sock_filter filter[] = {
+      BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr)),
+      BPF_JUMP(BPF_JMP | BPF_JEQ | BPF_K, __NR_ptrace, 0, 1),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ERRNO | EPERM),
+      BPF_STMT(BPF_RET | BPF_K, SECCOMP_RET_ALLOW),
+  };
+  sock_fprog program{static_cast<unsigned short>(std::size(filter)), filter};
+  if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0 || prctl(PR_SET_SECCOMP, SECCOMP_MODE_FILTER, &program) != 0)
+    std::abort();
+}
+
 } // namespace
 
 TEST(DISABLED_CrashChild, Run)
@@ -208,6 +227,11 @@ TEST(DISABLED_CrashChild, Run)
   }
   else if (scenario == QLatin1String("terminate"))
     throwThroughNoexcept();
+  else if (scenario == QLatin1String("noptrace"))
+  {
+    refusePtrace();
+    crashOnNullPointer();
+  }
   print("survived", scenario);
 }
 
@@ -381,7 +405,9 @@ TEST_F(CrashDumps, CrashesOfEveryKindWriteOneDumpAndEndWithTheSignal)
                {"abort", SIGABRT, "abortOnPurpose", 1},
                {"overflow", SIGSEGV, "overflowTheStack", 1},
                {"threads", SIGSEGV, "crashOnSecondThread", 3},
-               {"terminate", SIGABRT, "throwThroughNoexcept", 1}};
+               {"terminate", SIGABRT, "throwThroughNoexcept", 1},
+               // Without ptrace only the crashed thread can be written.
+               {"noptrace", SIGSEGV, "crashOnNullPointer", 1}};
   for (const auto& c : cases)
   {
     SCOPED_TRACE(c.scenario);

@@ -174,17 +174,18 @@ QString MemoryDumpManager::writeDump(const ExceptionInformation* info)
   path.truncate(static_cast<int>(std::strlen(path.constData())));
 
   const DumpContent content = getDumpContent();
+  // Without a crash, this thread's registers from here: the dump then shows it in
+  // createMemoryDump rather than deep in the wait for the helper, and the helper has them
+  // even where it cannot read them through ptrace.
+  ucontext_t here;
+  getcontext(&here);
   Linux::CrashContext crash;
-  if (info != nullptr)
-  {
-    crash.signalNumber = info->signalNumber;
-    crash.info = info->info;
-    crash.context = info->context;
-    crash.threadId = static_cast<pid_t>(syscall(SYS_gettid));
-  }
-  const int error = Linux::prepareCoreDumpWriter()
-                        ? writeDumpFile(path.constData(), detailOf(content), info != nullptr ? &crash : nullptr)
-                        : ENOMEM;
+  crash.signalNumber = info != nullptr ? info->signalNumber : 0;
+  crash.info = info != nullptr ? info->info : nullptr;
+  crash.context = info != nullptr ? info->context : &here;
+  crash.threadId = static_cast<pid_t>(syscall(SYS_gettid));
+  const int error =
+      Linux::prepareCoreDumpWriter() ? writeDumpFile(path.constData(), detailOf(content), &crash) : ENOMEM;
   if (error == 0)
     qCInfo(lcCrashDumps) << "Memory dump written to" << path;
   else

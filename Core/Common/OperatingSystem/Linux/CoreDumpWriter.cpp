@@ -7,6 +7,7 @@
 #include "CoreDumpWriter_p.h"
 
 #include <algorithm>
+#include <asm/prctl.h>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -385,9 +386,14 @@ bool isFileBacked(const Mapping& m)
 }
 
 // Memory a debugger cannot use or the kernel refuses to hand out.
+// The helper's working memory: excluded when the helper dumps its own copy.
+std::uint64_t g_scratchStart = 0;
+std::uint64_t g_scratchEnd = 0;
+
 bool isSpecial(const Mapping& m)
 {
-  return std::strcmp(m.name, "[vvar]") == 0 || std::strcmp(m.name, "[vsyscall]") == 0 || (m.flags & Readable) == 0;
+  return std::strcmp(m.name, "[vvar]") == 0 || std::strcmp(m.name, "[vsyscall]") == 0 || (m.flags & Readable) == 0 ||
+         (m.start < g_scratchEnd && g_scratchStart < m.end);
 }
 
 const Mapping* findMapping(const Scratch& s, std::uint64_t address)
@@ -565,7 +571,7 @@ bool addThreadNotes(Scratch& s, const ThreadState& t, pid_t pid, int signalNumbe
   return addNote(s, NT_PRSTATUS, &status, sizeof status) && addNote(s, NT_FPREGSET, &t.fpregs, sizeof t.fpregs);
 }
 
-bool addProcessNotes(Scratch& s, pid_t pid, const CrashContext* crash)
+bool addProcessNotes(Scratch& s, pid_t pid, pid_t source, const CrashContext* crash)
 {
   elf_prpsinfo info{};
   info.pr_sname = 'R';
@@ -575,11 +581,11 @@ bool addProcessNotes(Scratch& s, pid_t pid, const CrashContext* crash)
   info.pr_pgrp = getpgid(pid);
   info.pr_sid = getsid(pid);
   char path[64];
-  procPath(path, pid, "comm");
+  procPath(path, source, "comm");
   std::size_t n = readFile(path, info.pr_fname, sizeof info.pr_fname - 1);
   if (n > 0 && info.pr_fname[n - 1] == '\n')
     info.pr_fname[n - 1] = '\0';
-  procPath(path, pid, "cmdline");
+  procPath(path, source, "cmdline");
   n = readFile(path, info.pr_psargs, sizeof info.pr_psargs - 1);
   for (std::size_t i = 0; i + 1 < n; ++i)
     if (info.pr_psargs[i] == '\0')
@@ -588,7 +594,7 @@ bool addProcessNotes(Scratch& s, pid_t pid, const CrashContext* crash)
     return false;
   if (crash != nullptr && crash->info != nullptr && !addNote(s, NT_SIGINFO, crash->info, sizeof(siginfo_t)))
     return false;
-  procPath(path, pid, "auxv");
+  procPath(path, source, "auxv");
   s.auxvSize = readFile(path, s.auxv, sizeof s.auxv);
   if (s.auxvSize > 0 && !addNote(s, NT_AUXV, s.auxv, s.auxvSize))
     return false;
@@ -730,8 +736,28 @@ int helperMain(void* argument)
     _exit(3);
   auto& s = *static_cast<Scratch*>(memory);
 
+  g_scratchStart = reinterpret_cast<std::uint64_t>(memory);
+  g_scratchEnd = g_scratchStart + sizeof(Scratch);
+
+  // Where ptrace is refused (a container's system-call filter, Yama's strictest mode) the
+  // helper dumps its own copy of the memory, taken at the clone, with the one thread whose
+  // registers it knows: the crashed one.
+  pid_t source = a.pid;
   if (!attachAllThreads(s, a.pid))
-    _exit(4);
+  {
+    if (a.crash == nullptr || a.crash->context == nullptr)
+      _exit(4);
+    source = getpid();
+    ThreadState& t = s.threads[0];
+    std::memset(&t, 0, sizeof t);
+    t.tid = a.crash->threadId;
+    unsigned long fsBase = 0;
+    syscall(SYS_arch_prctl, ARCH_GET_FS, &fsBase); // the clone kept the crashed thread's
+    t.regs.fs_base = fsBase;
+    t.regs.cs = 0x33; // the 64-bit user code and stack segments
+    t.regs.ss = 0x2b;
+    s.threadCount = 1;
+  }
   // The crashing thread first: a debugger shows the first thread of the file as the
   // current one.
   int signalNumber = 0;
@@ -748,14 +774,14 @@ int helperMain(void* argument)
       }
   }
   char path[64];
-  procPath(path, a.pid, "mem");
+  procPath(path, source, "mem");
   const int memFd = open(path, O_RDONLY | O_CLOEXEC);
-  bool written = memFd >= 0 && readMappings(s, a.pid);
+  bool written = memFd >= 0 && readMappings(s, source);
   if (written)
   {
     chooseRanges(s, a.detail, memFd);
     mergeRanges(s);
-    written = addThreadNotes(s, s.threads[0], a.pid, signalNumber) && addProcessNotes(s, a.pid, a.crash);
+    written = addThreadNotes(s, s.threads[0], a.pid, signalNumber) && addProcessNotes(s, a.pid, source, a.crash);
     for (int i = 1; written && i < s.threadCount; ++i)
       written = addThreadNotes(s, s.threads[i], a.pid, signalNumber);
     written = written && writeFile(s, a.outputFd, memFd);
