@@ -3,7 +3,7 @@
 //   rte crash --level medium
 //   child ended by signal 11 (SEGV)
 //   dump: /opt/app/ProgramData/log/2026-11-24_00-12-03_crash.dmp
-//   size: 3481600 bytes (3.3 MiB)
+//   size: 359916 bytes (351.5 KiB)
 //   #0  0x000055d1c2a3b1f4 in rteCrashOnPurpose () at .../CrashCommand.cpp:31
 //   ...
 #include "Command.h"
@@ -135,8 +135,10 @@ int runCrash(const QStringList& arguments)
     return 1;
   }
   const qint64 size = QFileInfo(dump).size();
-  rte::out() << "level: " << levelText.toLower() << "\ndump: " << dump << "\nsize: " << size << " bytes ("
-             << QString::number(double(size) / (1024.0 * 1024.0), 'f', 1) << " MiB)\n";
+  const QString readable = size < 1024 * 1024 ? QStringLiteral("%1 KiB").arg(double(size) / 1024.0, 0, 'f', 1)
+                                              : QStringLiteral("%1 MiB").arg(double(size) / 1048576.0, 0, 'f', 1);
+  rte::out() << "level: " << levelText.toLower() << "\ndump: " << dump << "\nsize: " << size << " bytes (" << readable
+             << ")\n";
 
   const QString gdb = QStandardPaths::findExecutable(QStringLiteral("gdb"));
   if (gdb.isEmpty())
