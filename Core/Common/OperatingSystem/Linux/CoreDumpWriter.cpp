@@ -720,7 +720,17 @@ bool writeFile(Scratch& s, int fd, int memFd)
 int helperMain(void* argument)
 {
   const auto& a = *static_cast<const HelperArguments*>(argument);
-  // Never outlive a stuck dump: the process waits for us.
+  // The helper inherited the host's handlers and the crashed thread's signal mask: a
+  // fault of its own must end it, and so must the alarm that keeps a stuck dump from
+  // holding up the process, which waits for us.
+  sigset_t unblock;
+  sigemptyset(&unblock);
+  for (int signalNumber : {SIGSEGV, SIGBUS, SIGILL, SIGFPE, SIGABRT, SIGALRM})
+  {
+    signal(signalNumber, SIG_DFL);
+    sigaddset(&unblock, signalNumber);
+  }
+  sigprocmask(SIG_UNBLOCK, &unblock, nullptr);
   alarm(HelperTimeoutSeconds);
   char go = 0;
   while (read(a.goFd, &go, 1) < 0 && errno == EINTR)
