@@ -609,10 +609,15 @@ bool addProcessNotes(Scratch& s, pid_t pid, pid_t source, const CrashContext* cr
   std::size_t used = 16 + count * 24;
   if (dataAt + used > NotesSize)
     return false;
-  auto* words = reinterpret_cast<std::uint64_t*>(s.notes + dataAt);
-  words[0] = count;
-  words[1] = PageSize;
-  std::uint64_t* entry = words + 2;
+  // Notes are only 4-byte aligned: the words are copied, not stored through a pointer.
+  unsigned char* entry = s.notes + dataAt;
+  auto putWord = [&entry](std::uint64_t word)
+  {
+    std::memcpy(entry, &word, sizeof word);
+    entry += sizeof word;
+  };
+  putWord(count);
+  putWord(PageSize);
   for (int i = 0; i < s.mappingCount; ++i)
   {
     const Mapping& m = s.mappings[i];
@@ -621,9 +626,9 @@ bool addProcessNotes(Scratch& s, pid_t pid, pid_t source, const CrashContext* cr
     const std::size_t length = std::strlen(m.name) + 1;
     if (dataAt + used + length + 4 > NotesSize)
       return false;
-    *entry++ = m.start;
-    *entry++ = m.end;
-    *entry++ = m.offset / PageSize;
+    putWord(m.start);
+    putWord(m.end);
+    putWord(m.offset / PageSize);
     std::memcpy(s.notes + dataAt + used, m.name, length);
     used += length;
   }
