@@ -11,6 +11,7 @@ packages=(
   libzstd-dev clang libclang-rt-14-dev
   locales
   dbus-daemon
+  gdb
 )
 
 # A comma-decimal locale for the tests that show number parsing ignores the process

@@ -153,6 +153,7 @@
 #include <Core/Common/OperatingSystem/I_ThreadExceptionHandler.h>
 #include <Core/Common/OperatingSystem/JobQueue.h>
 #include <Core/Common/OperatingSystem/Locations.h>
+#include <Core/Common/OperatingSystem/MemoryDumpManager.h>
 #include <Core/Common/OperatingSystem/MultiSignalWaiter.h>
 #include <Core/Common/OperatingSystem/OperatingSystem.h>
 #include <Core/Common/OperatingSystem/QFileAsFILE.h>

@@ -4,6 +4,7 @@
 #include <Core/Common/Exceptions/Raise.h>
 #include <Core/Common/OperatingSystem/ThreadHandle.h>
 
+#include "Linux/CrashSignals_p.h"
 #include "ThreadsLog_p.h"
 
 #include <QObject>
@@ -67,6 +68,8 @@ bool Thread::IsStarted() const
 
 void Thread::ThreadMain()
 {
+  // A stack overflow on this thread still reaches the crash handler.
+  const Linux::AlternateSignalStack signalStack;
   t_currentThread = this;
   if (!m_name.isEmpty())
     ThreadHandle::SetThreadName(m_name);
