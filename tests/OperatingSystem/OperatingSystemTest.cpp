@@ -77,6 +77,25 @@ void childSigterm()
   std::printf("event loop ended without the signal ending the process\n");
 }
 
+// The crash callback runs in the signal handler: only async-signal-safe output.
+void childCrash()
+{
+  ChildApp child;
+  OperatingSystem& os = OperatingSystem::GetInstance();
+  os.registerForApplicationCrash(
+      [](int signalNumber, siginfo_t* info, ucontext_t* context)
+      {
+        char text[] = "crash callback: signal ?? info ? context ?\n";
+        text[23] = static_cast<char>('0' + signalNumber / 10);
+        text[24] = static_cast<char>('0' + signalNumber % 10);
+        text[31] = info != nullptr && info->si_signo == signalNumber ? 'y' : 'n';
+        text[41] = context != nullptr ? 'y' : 'n';
+        (void)!::write(STDOUT_FILENO, text, sizeof text - 1);
+      });
+  os.registerSystemEvents();
+  std::abort();
+}
+
 // A stand-in session manager on a private bus: prints each call it gets, hands out
 // pipe ends as locks and, once the first delay lock is taken (the client listens by
 // then), announces a suspend, a resume and a shutdown.
@@ -176,6 +195,8 @@ void childSessionClient()
     childNoDispatcher();
   else if (scenario == "sigterm")
     childSigterm();
+  else if (scenario == "crash")
+    childCrash();
   else if (scenario == "fake-logind")
     childFakeSessionManager();
   else if (scenario == "session-client")
@@ -324,6 +345,17 @@ TEST(OperatingSystem, TerminationSignalRunsTheShutdownCallbackOnTheMainThreadAnd
   // Not consumed: the signal's default action still ends the process.
   EXPECT_EQ(child.status, QProcess::CrashExit);
   EXPECT_EQ(child.exitCode, SIGTERM);
+}
+
+TEST(OperatingSystem, CrashRunsTheCrashCallbackAndEndsWithTheSignal)
+{
+#if defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "ThreadSanitizer delays signals";
+#endif
+  const ChildRun child = runChild("crash");
+  EXPECT_EQ(child.out, QStringLiteral("crash callback: signal 06 info y context y\n"));
+  EXPECT_EQ(child.status, QProcess::CrashExit);
+  EXPECT_EQ(child.exitCode, SIGABRT);
 }
 
 TEST(OperatingSystem, WithoutASystemBusPowerRequestsFailQuickly)

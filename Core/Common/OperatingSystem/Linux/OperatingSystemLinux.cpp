@@ -2,6 +2,7 @@
 
 #include "../OperatingSystemLog_p.h"
 #include "../ThreadsLog_p.h"
+#include "CrashSignals_p.h"
 #include "OperatingSystemLinux_p.h"
 #include "SystemEventsLinux_p.h"
 
@@ -391,7 +392,10 @@ void OperatingSystem::installSystemEvents()
     return;
   m_events->installed = true;
 
-  // crash observer: wired in at merge
+  // The host's crash callback runs from the crash signal handler, after any dump.
+  Linux::addCrashObserver(
+      [](int signalNumber, siginfo_t* info, void* context)
+      { GetInstance().callSignalApplicationCrash(signalNumber, info, static_cast<ucontext_t*>(context)); });
 
   if (::pipe2(s_signalPipe, O_CLOEXEC | O_NONBLOCK) != 0)
   {
