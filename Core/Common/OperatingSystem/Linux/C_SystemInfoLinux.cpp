@@ -91,14 +91,16 @@ struct C_SystemInfo::CpuSampler
   std::thread thread;
   std::mutex mutex;
   std::condition_variable wake;
-  bool stop = false;
+  // Atomic although set under the mutex: the timed wait below (pthread_cond_clockwait) is
+  // invisible to ThreadSanitizer, which would otherwise see the flag unguarded.
+  std::atomic<bool> stop{false};
   std::atomic<double> load{0.0};
 
   void run(std::chrono::milliseconds period)
   {
     std::optional<CpuTimes> previous = readCpuTimes();
     std::unique_lock lock(mutex);
-    while (!wake.wait_for(lock, period, [this] { return stop; }))
+    while (!wake.wait_for(lock, period, [this] { return stop.load(); }))
     {
       const std::optional<CpuTimes> now = readCpuTimes();
       if (now && previous && now->total > previous->total)
@@ -178,7 +180,7 @@ void C_SystemInfo::StopCPUThread()
     return;
   {
     std::lock_guard lock(sampler->mutex);
-    sampler->stop = true;
+    sampler->stop.store(true);
   }
   sampler->wake.notify_all();
   sampler->thread.join();
