@@ -86,16 +86,8 @@ int run(const QStringList& arguments, bool encrypting)
     parser.addOption(forceOption);
   }
   parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("The file to encrypt or decrypt."));
-  if (!parser.parse(arguments))
-  {
-    rte::err() << command << ": " << parser.errorText() << "\n";
-    return 2;
-  }
-  if (parser.isSet(QStringLiteral("help")))
-  {
-    rte::out() << rte::helpText(parser, command);
-    return 0;
-  }
+  if (const std::optional<int> stop = rte::parseCommandLine(parser, arguments))
+    return *stop;
   const QStringList files = parser.positionalArguments();
   if (files.size() != 1)
   {

@@ -152,16 +152,8 @@ int runCodecs(const QStringList& arguments)
   parser.addOption(widthOption);
   parser.addPositionalArgument(QStringLiteral("bench"), QStringLiteral("Measure the compressors."),
                                QStringLiteral("[bench FILE]"));
-  if (!parser.parse(arguments))
-  {
-    rte::err() << parser.errorText() << "\n";
-    return 2;
-  }
-  if (parser.isSet(QStringLiteral("help")))
-  {
-    rte::out() << rte::helpText(parser, arguments.first());
-    return 0;
-  }
+  if (const std::optional<int> stop = rte::parseCommandLine(parser, arguments))
+    return *stop;
   const QStringList positional = parser.positionalArguments();
   if (positional.isEmpty())
     return listCodecs();

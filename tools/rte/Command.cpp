@@ -48,6 +48,21 @@ QString helpText(const QCommandLineParser& parser, const QString& commandLine)
   return text;
 }
 
+std::optional<int> parseCommandLine(QCommandLineParser& parser, const QStringList& arguments)
+{
+  if (!parser.parse(arguments))
+  {
+    err() << arguments.first() << ": " << parser.errorText() << "\n";
+    return 2;
+  }
+  if (parser.isSet(QStringLiteral("help")))
+  {
+    out() << helpText(parser, arguments.first());
+    return 0;
+  }
+  return std::nullopt;
+}
+
 QTextStream& out()
 {
   static QTextStream stream(stdout);

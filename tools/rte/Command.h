@@ -9,6 +9,7 @@
 #include <QTextStream>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace rte
@@ -47,6 +48,11 @@ struct DemoStepRegistration
 // The parser's help with the usage line naming commandLine ("rte units list") rather
 // than the path the program was started by.
 QString helpText(const QCommandLineParser& parser, const QString& commandLine);
+
+// Parses a command's arguments (arguments[0] is "rte <name>"). When the command should
+// stop here, returns its exit code: 2 after printing the parse error, 0 after printing
+// the help for --help.
+std::optional<int> parseCommandLine(QCommandLineParser& parser, const QStringList& arguments);
 
 QTextStream& out();
 QTextStream& err();

@@ -29,16 +29,8 @@ int runCompress(const QStringList& arguments)
   parser.addOption(paramOption);
   parser.addPositionalArgument(QStringLiteral("input"), QStringLiteral("The raw file."));
   parser.addPositionalArgument(QStringLiteral("output"), QStringLiteral("The compressed file to write."));
-  if (!parser.parse(arguments))
-  {
-    rte::err() << parser.errorText() << "\n";
-    return 2;
-  }
-  if (parser.isSet(QStringLiteral("help")))
-  {
-    rte::out() << rte::helpText(parser, arguments.first());
-    return 0;
-  }
+  if (const std::optional<int> stop = rte::parseCommandLine(parser, arguments))
+    return *stop;
   const QStringList files = parser.positionalArguments();
   if (files.size() != 2 || !parser.isSet(codecOption))
   {

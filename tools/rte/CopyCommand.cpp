@@ -27,16 +27,8 @@ int runCopy(const QStringList& arguments)
   parser.addOption(exclude);
   parser.addPositionalArgument(QStringLiteral("SRC"), QStringLiteral("Source folder."));
   parser.addPositionalArgument(QStringLiteral("DST"), QStringLiteral("Target folder."));
-  if (!parser.parse(arguments))
-  {
-    rte::err() << parser.errorText() << "\n";
-    return 2;
-  }
-  if (parser.isSet(QStringLiteral("help")))
-  {
-    rte::out() << rte::helpText(parser, arguments.first());
-    return 0;
-  }
+  if (const std::optional<int> stop = rte::parseCommandLine(parser, arguments))
+    return *stop;
   if (parser.positionalArguments().size() != 2)
   {
     rte::err() << "Usage: rte copy SRC DST [--exclude TEXT]...\n";

@@ -79,16 +79,8 @@ int runCrash(const QStringList& arguments)
   QCommandLineOption child(QStringLiteral("crash-now"));
   child.setFlags(QCommandLineOption::HiddenFromHelp);
   parser.addOptions({level, child});
-  if (!parser.parse(arguments))
-  {
-    rte::err() << parser.errorText() << "\n";
-    return 2;
-  }
-  if (parser.isSet(QStringLiteral("help")))
-  {
-    rte::out() << rte::helpText(parser, QStringLiteral("rte crash"));
-    return 0;
-  }
+  if (const std::optional<int> stop = rte::parseCommandLine(parser, arguments))
+    return *stop;
   if (parser.isSet(child))
     crashNow();
   const QString levelText = parser.value(level);

@@ -13,16 +13,8 @@ int runDemo(const QStringList& arguments)
   QCommandLineParser parser;
   parser.setApplicationDescription(QStringLiteral("A guided tour of what the library does, step by step."));
   parser.addHelpOption();
-  if (!parser.parse(arguments))
-  {
-    rte::err() << parser.errorText() << "\n";
-    return 2;
-  }
-  if (parser.isSet(QStringLiteral("help")))
-  {
-    rte::out() << rte::helpText(parser, arguments.first());
-    return 0;
-  }
+  if (const std::optional<int> stop = rte::parseCommandLine(parser, arguments))
+    return *stop;
 
   QTextStream& out = rte::out();
   out << "Core.Common guided tour\n=======================\n";

@@ -27,16 +27,8 @@ int runDu(const QStringList& arguments)
                                      QStringLiteral("Pause 10 ms per entry on the five top levels."));
   parser.addOption(throttled);
   parser.addPositionalArgument(QStringLiteral("PATH"), QStringLiteral("The folder to measure."));
-  if (!parser.parse(arguments))
-  {
-    rte::err() << parser.errorText() << "\n";
-    return 2;
-  }
-  if (parser.isSet(QStringLiteral("help")))
-  {
-    rte::out() << rte::helpText(parser, arguments.first());
-    return 0;
-  }
+  if (const std::optional<int> stop = rte::parseCommandLine(parser, arguments))
+    return *stop;
   if (parser.positionalArguments().size() != 1)
   {
     rte::err() << "Usage: rte du PATH [--throttled]\n";

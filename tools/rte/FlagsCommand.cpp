@@ -56,16 +56,8 @@ int runFlags(const QStringList& arguments)
                                        QStringLiteral("Keep the choice in the user's \"FeatureFlags.xml\"."));
   parser.addOption(storeOption);
   parser.addPositionalArgument(QStringLiteral("list|set"), QStringLiteral("What to do."));
-  if (!parser.parse(arguments))
-  {
-    rte::err() << "rte flags: " << parser.errorText() << "\n";
-    return 2;
-  }
-  if (parser.isSet(QStringLiteral("help")))
-  {
-    rte::out() << rte::helpText(parser, arguments.first());
-    return 0;
-  }
+  if (const std::optional<int> stop = rte::parseCommandLine(parser, arguments))
+    return *stop;
   Service::FeatureFlags& flags = Service::FeatureFlags::instance();
   registerToolFlags(flags);
   const QStringList positional = parser.positionalArguments();

@@ -20,16 +20,8 @@ int runLocations(const QStringList& arguments)
   parser.addHelpOption();
   const QCommandLineOption appData(QStringLiteral("app-data"), QStringLiteral("Use the application-data layout."));
   parser.addOption(appData);
-  if (!parser.parse(arguments))
-  {
-    rte::err() << parser.errorText() << "\n";
-    return 2;
-  }
-  if (parser.isSet(QStringLiteral("help")))
-  {
-    rte::out() << rte::helpText(parser, arguments.first());
-    return 0;
-  }
+  if (const std::optional<int> stop = rte::parseCommandLine(parser, arguments))
+    return *stop;
   if (!parser.positionalArguments().isEmpty())
   {
     rte::err() << "rte locations: unexpected argument '" << parser.positionalArguments().first() << "'\n";

@@ -59,16 +59,8 @@ int runParams(const QStringList& arguments)
       QStringLiteral("The settings node holding the tree or a single parameter node, names joined with '/'."),
       QStringLiteral("path"));
   parser.addOption(nodeOption);
-  if (!parser.parse(arguments))
-  {
-    rte::err() << parser.errorText() << "\n";
-    return 2;
-  }
-  if (parser.isSet(QStringLiteral("help")))
-  {
-    rte::out() << rte::helpText(parser, arguments.first());
-    return 0;
-  }
+  if (const std::optional<int> stop = rte::parseCommandLine(parser, arguments))
+    return *stop;
   if (parser.positionalArguments().size() != 1)
   {
     rte::err() << "rte params: give one file.\n";

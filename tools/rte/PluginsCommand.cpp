@@ -84,16 +84,8 @@ int runPlugins(const QStringList& arguments)
   parser.addOption(configOption);
   parser.addOption(folderOption);
   parser.addOption(recursiveOption);
-  if (!parser.parse(arguments))
-  {
-    rte::err() << parser.errorText() << "\n";
-    return 2;
-  }
-  if (parser.isSet(QStringLiteral("help")))
-  {
-    rte::out() << rte::helpText(parser, arguments.first());
-    return 0;
-  }
+  if (const std::optional<int> stop = rte::parseCommandLine(parser, arguments))
+    return *stop;
   if (!parser.positionalArguments().isEmpty())
   {
     rte::err() << "rte plugins: unexpected argument '" << parser.positionalArguments().first() << "'\n";

@@ -182,16 +182,8 @@ int runRecipes(const QStringList& arguments)
       {QStringLiteral("flag"), QStringLiteral("activate: the context flag."), QStringLiteral("N"), QStringLiteral("0")},
       {QStringLiteral("successor"), QStringLiteral("archive: the recipe that replaces it."), QStringLiteral("RECIPE")},
   });
-  if (!parser.parse(arguments))
-  {
-    rte::err() << parser.errorText() << "\n";
-    return 2;
-  }
-  if (parser.isSet(QStringLiteral("help")))
-  {
-    rte::out() << rte::helpText(parser, arguments.first());
-    return 0;
-  }
+  if (const std::optional<int> stop = rte::parseCommandLine(parser, arguments))
+    return *stop;
   const QStringList positional = parser.positionalArguments();
   static const QStringList actions{QStringLiteral("list"),     QStringLiteral("show"),    QStringLiteral("save"),
                                    QStringLiteral("activate"), QStringLiteral("archive"), QStringLiteral("remove")};

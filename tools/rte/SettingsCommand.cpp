@@ -285,16 +285,8 @@ int runSettings(const QStringList& arguments)
       QStringLiteral("type"), QStringLiteral("With --set: the value type, one of %1.").arg(typeNames().join(", ")),
       QStringLiteral("type"), QStringLiteral("string"));
   parser.addOptions({getOption, asOption, setOption, typeOption});
-  if (!parser.parse(arguments))
-  {
-    rte::err() << parser.errorText() << "\n";
-    return 2;
-  }
-  if (parser.isSet(QStringLiteral("help")))
-  {
-    rte::out() << rte::helpText(parser, arguments.first());
-    return 0;
-  }
+  if (const std::optional<int> stop = rte::parseCommandLine(parser, arguments))
+    return *stop;
   if (parser.positionalArguments().size() != 1 || (parser.isSet(getOption) && parser.isSet(setOption)))
   {
     rte::err() << "rte settings: give one file, and at most one of --get and --set.\n";

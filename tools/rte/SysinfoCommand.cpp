@@ -46,17 +46,8 @@ int runSysinfo(const QStringList& arguments)
                                   QStringLiteral("MS"), QStringLiteral("500"));
   parser.addOption(processes);
   parser.addOption(loadMs);
-  if (!parser.parse(arguments))
-  {
-    rte::err() << "rte sysinfo: " << parser.errorText() << "\n\n"
-               << rte::helpText(parser, QStringLiteral("rte sysinfo"));
-    return 2;
-  }
-  if (parser.isSet(QStringLiteral("help")))
-  {
-    rte::out() << rte::helpText(parser, QStringLiteral("rte sysinfo"));
-    return 0;
-  }
+  if (const std::optional<int> stop = rte::parseCommandLine(parser, arguments))
+    return *stop;
   bool ok = false;
   const int sampleMs = parser.value(loadMs).toInt(&ok);
   if (!parser.positionalArguments().isEmpty() || !ok || sampleMs < 10 || sampleMs > 60000)

@@ -55,16 +55,8 @@ QStringList withNumbersAsPositionals(const QStringList& arguments)
 int parse(QCommandLineParser& parser, const QStringList& arguments)
 {
   parser.addHelpOption();
-  if (!parser.parse(arguments))
-  {
-    rte::err() << parser.errorText() << "\n";
-    return 2;
-  }
-  if (parser.isSet(QStringLiteral("help")))
-  {
-    rte::out() << rte::helpText(parser, arguments.first());
-    return 0;
-  }
+  if (const std::optional<int> stop = rte::parseCommandLine(parser, arguments))
+    return *stop;
   return -1;
 }
 

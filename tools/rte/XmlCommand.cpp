@@ -21,16 +21,8 @@ int runXml(const QStringList& arguments)
   parser.addHelpOption();
   parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("The XML file."));
   parser.addPositionalArgument(QStringLiteral("XPATH"), QStringLiteral("The XPath expression, quoted."));
-  if (!parser.parse(arguments))
-  {
-    rte::err() << "rte xml: " << parser.errorText() << "\n";
-    return 2;
-  }
-  if (parser.isSet(QStringLiteral("help")))
-  {
-    rte::out() << rte::helpText(parser, arguments.first());
-    return 0;
-  }
+  if (const std::optional<int> stop = rte::parseCommandLine(parser, arguments))
+    return *stop;
   const QStringList positional = parser.positionalArguments();
   if (positional.size() != 2)
   {
