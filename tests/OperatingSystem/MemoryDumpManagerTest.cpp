@@ -377,6 +377,10 @@ TEST(MemoryDumpManager, LevelComesFromTheEnvironmentCaseInsensitivelyAndDefaults
   qunsetenv(MemoryDumpManager::DumpContentEnvVarName);
   EXPECT_EQ(MemoryDumpManager::getDumpContent(), MemoryDumpManager::DefaultDumpContent);
   EXPECT_EQ(MemoryDumpManager::DefaultDumpContent, Level::Minimal);
+
+  EXPECT_EQ(MemoryDumpManager::dumpTypeFlags(Level::Minimal), 0x1064u);
+  EXPECT_EQ(MemoryDumpManager::dumpTypeFlags(Level::Medium), 0x1065u);
+  EXPECT_EQ(MemoryDumpManager::dumpTypeFlags(Level::Full), 0x21067u);
 }
 
 TEST(MemoryDumpManager, FileNameIsTheLocalTimeOfTheDump)

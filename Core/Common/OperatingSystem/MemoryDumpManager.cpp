@@ -37,15 +37,11 @@ std::terminate_handler g_previousTerminate = nullptr;
 
 DumpDetail detailOf(MemoryDumpManager::DumpContent content)
 {
-  switch (content)
-  {
-  case MemoryDumpManager::DumpContent::Full:
+  const unsigned int flags = MemoryDumpManager::dumpTypeFlags(content);
+  if ((flags & MemoryDumpManager::DumpWithFullMemory) != 0)
     return DumpDetail::Full;
-  case MemoryDumpManager::DumpContent::Medium:
+  if ((flags & MemoryDumpManager::DumpWithDataSegments) != 0)
     return DumpDetail::Medium;
-  case MemoryDumpManager::DumpContent::Minimal:
-    break;
-  }
   return DumpDetail::Minimal;
 }
 

@@ -50,6 +50,17 @@ public:
   // now. A crash uses the level read by the last registerHandlers().
   static DumpContent getDumpContent();
 
+  // The dump-type flags a level stands for: ((v & 4) | 0x4190) >> 2, plus 0x20002 when
+  // bit 0x20 of the level's value v is set (0x1064, 0x1065, 0x21067). The ELF writer
+  // takes its content from two of them: data segments (0x1) and full memory (0x2).
+  static constexpr unsigned int dumpTypeFlags(DumpContent content)
+  {
+    const auto v = static_cast<unsigned int>(content);
+    return (((v & 4u) | 0x4190u) >> 2) | ((v & 0x20u) != 0 ? 0x20002u : 0u);
+  }
+  static constexpr unsigned int DumpWithDataSegments = 0x1;
+  static constexpr unsigned int DumpWithFullMemory = 0x2;
+
   // Installs the handlers of SIGSEGV, SIGBUS, SIGILL, SIGFPE and SIGABRT (on an alternate
   // signal stack for the calling thread) and a std::terminate handler. The first crashing
   // thread writes one dump; then the handler installed before runs, or the default
