@@ -60,8 +60,14 @@ void OperatingSystem::registerForApplicationCrash(CrashCallback callback)
   std::lock_guard lock(m_mutex);
   if (callback && m_crashCallback.load())
     Raise(VerificationFailed(QObject::tr("Don't register for %1 twice.").arg(QLatin1String("SignalApplicationCrash"))));
-  // The previous callback is left allocated: a crashing thread may be running it now.
-  m_crashCallback.store(callback ? new CrashCallback(std::move(callback)) : nullptr);
+  if (!callback)
+  {
+    m_crashCallback.store(nullptr);
+    return;
+  }
+  // The previous callback stays allocated: a crashing thread may be running it now.
+  m_crashCallbacks.push_back(std::make_unique<CrashCallback>(std::move(callback)));
+  m_crashCallback.store(m_crashCallbacks.back().get());
 }
 
 void OperatingSystem::registerForShutdownSignal(EventCallback callback)

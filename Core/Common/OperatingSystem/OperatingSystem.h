@@ -18,6 +18,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <vector>
 
 #include <signal.h>
 #include <ucontext.h>
@@ -128,9 +129,11 @@ private:
   QString m_name;
   std::uint16_t m_languageId = 0;
 
-  // Read without a lock from the crash path; a replaced callback is never freed, as a
-  // crashing thread may still be calling it.
+  // Read without a lock from the crash path. Every callback ever stored stays in
+  // m_crashCallbacks until the object goes, as a crashing thread may still be calling a
+  // replaced one.
   std::atomic<CrashCallback*> m_crashCallback{nullptr};
+  std::vector<std::unique_ptr<CrashCallback>> m_crashCallbacks;
   mutable std::mutex m_mutex;
   EventCallback m_shutdownCallback;
   EventCallback m_suspendCallback;
