@@ -1,6 +1,7 @@
 // Recipes folders that were damaged or edited by hand: the store loads what it can and
 // never throws from reload.
 #include "RecipesTestHelpers.h"
+#include "TestFiles.h"
 
 #include <Core/Common/Storage/ValueSerialization.h>
 
@@ -12,18 +13,6 @@
 using RTE::Recipe;
 using RTE::Recipes;
 using Which = RTE::Recipes::WhichRecipe;
-
-namespace
-{
-
-void writeFile(const QString& path, const QByteArray& bytes)
-{
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-  file.write(bytes);
-}
-
-} // namespace
 
 class RecipesHostileTest : public RecipesFixture
 {
@@ -44,7 +33,7 @@ TEST_F(RecipesHostileTest, TableOfContentsThatIsNoXml)
   for (const QByteArray& bad : {QByteArray(), QByteArray("not xml <<<"), QByteArray("\0\xff\xfe garbage", 12),
                                 validToc.left(validToc.size() / 2), QByteArray("<other><Recipes/></other>")})
   {
-    writeFile(folder() + "/toc.xml", bad);
+    ASSERT_TRUE(writeFile(folder() + "/toc.xml", bad));
     std::unique_ptr<Recipes> recipes;
     ASSERT_NO_THROW(recipes = std::make_unique<Recipes>(folder()));
     EXPECT_TRUE(recipes->allRecipes(Which::Any).isEmpty());
@@ -119,7 +108,7 @@ TEST_F(RecipesHostileTest, FoldersThatAreFilesEscapeOrAreLocked)
   // The folder of one recipe becomes a file; another points outside the recipes folder.
   const QString fileFolder = recipes.recipeFolder(asFile);
   ASSERT_TRUE(QDir(fileFolder).removeRecursively());
-  writeFile(fileFolder, "not a folder");
+  ASSERT_TRUE(writeFile(fileFolder, "not a folder"));
   const QString outside = folder() + "/../" + QFileInfo(folder()).fileName() + "-outside";
   ASSERT_TRUE(QDir().mkpath(outside + "/A"));
   {

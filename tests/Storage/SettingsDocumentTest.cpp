@@ -1,3 +1,4 @@
+#include "TestFiles.h"
 #include <Core/Common/Storage/SettingsDocument.h>
 #include <Core/Common/Storage/StorageExceptions.h>
 
@@ -19,23 +20,6 @@
 using Storage::AutoSync;
 using Storage::Scope;
 using Storage::SettingsDocument;
-
-namespace
-{
-
-QByteArray readFile(const QString& path)
-{
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool writeFile(const QString& path, const QByteArray& content)
-{
-  QFile file(path);
-  return file.open(QIODevice::WriteOnly) && file.write(content) == content.size();
-}
-
-} // namespace
 
 TEST(SettingsDocument, WritesTabIndentedUtf8WithStandardDeclaration)
 {

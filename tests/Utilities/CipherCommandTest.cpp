@@ -1,4 +1,5 @@
 // `rte encrypt` and `rte decrypt`, run as a user would run them.
+#include "TestFiles.h"
 #include <Core/Common/Utilities/Cipher.h>
 
 #include <QFile>
@@ -28,12 +29,6 @@ RteRun rteWith(const QString& passphrase, const QStringList& arguments, const QB
   process.waitForFinished(30000);
   return RteRun{process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
                 QString::fromUtf8(process.readAllStandardError())};
-}
-
-QByteArray readFile(const QString& path)
-{
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "TestFiles.h"
 #include <Core/Common/Exceptions/FileOpenError.h>
 #include <Core/Common/Exceptions/GeneralExceptions.h>
 #include <Core/Common/Utilities/Cipher.h>
@@ -38,19 +39,6 @@ QByteArray randomBytes(qsizetype size)
   for (char& b : bytes)
     b = static_cast<char>(QRandomGenerator::global()->bounded(256));
   return bytes;
-}
-
-QByteArray readFile(const QString& path)
-{
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeFile(const QString& path, const QByteArray& data)
-{
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  ASSERT_EQ(file.write(data), data.size());
 }
 
 // The known-answer table of the algorithm's authors: key and plaintext start at zero,
@@ -283,7 +271,7 @@ TEST(Cipher, FilesAreReplacedOnlyWhenTheWholeFileIsAuthentic)
   const QString copy = dir.filePath(QStringLiteral("plain.bin"));
   // Larger than the piece the file functions read at a time.
   const QByteArray plain = randomBytes((3 << 20) + 123);
-  writeFile(path, plain);
+  ASSERT_TRUE(writeFile(path, plain));
   const Cipher cipher(QStringLiteral("pw"), FewIterations);
 
   cipher.encryptFile(path);
@@ -298,17 +286,17 @@ TEST(Cipher, FilesAreReplacedOnlyWhenTheWholeFileIsAuthentic)
   EXPECT_FALSE(QFile::exists(copy));
   QByteArray changed = encrypted;
   changed[(2 << 20) + 7] = static_cast<char>(changed[(2 << 20) + 7] ^ 1);
-  writeFile(path, changed);
+  ASSERT_TRUE(writeFile(path, changed));
   EXPECT_THROW(cipher.decryptFile(path), RTE::CipherAuthenticationError);
   EXPECT_EQ(readFile(path), changed);
-  writeFile(path, encrypted.first(encrypted.size() - 1));
+  ASSERT_TRUE(writeFile(path, encrypted.first(encrypted.size() - 1)));
   EXPECT_THROW(cipher.decryptFile(path), RTE::CipherAuthenticationError);
-  writeFile(path, encrypted.first(50));
+  ASSERT_TRUE(writeFile(path, encrypted.first(50)));
   EXPECT_THROW(cipher.decryptFile(path), RTE::CipherFormatError);
   EXPECT_EQ(readFile(path), encrypted.first(50));
   EXPECT_EQ(QDir(dir.path()).entryList(QDir::Files), QStringList{QStringLiteral("data.bin")}); // no temporaries left
 
-  writeFile(path, encrypted);
+  ASSERT_TRUE(writeFile(path, encrypted));
   cipher.decryptFile(path, copy);
   EXPECT_EQ(readFile(copy), plain);
   EXPECT_EQ(readFile(path), encrypted);
@@ -316,7 +304,7 @@ TEST(Cipher, FilesAreReplacedOnlyWhenTheWholeFileIsAuthentic)
   EXPECT_EQ(readFile(path), plain);
 
   // An empty file and one encrypted from buffer data.
-  writeFile(path, QByteArray());
+  ASSERT_TRUE(writeFile(path, QByteArray()));
   cipher.encryptFile(path, copy);
   EXPECT_EQ(cipher.decrypt(readFile(copy)), QByteArray());
 

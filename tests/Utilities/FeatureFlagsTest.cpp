@@ -1,4 +1,5 @@
 #include "LogCapture.h"
+#include "TestFiles.h"
 
 #include <Core/Common/Storage/SettingsDocument.h>
 #include <Core/Common/Utilities/FeatureFlags.h>
@@ -13,19 +14,6 @@ using Service::FeatureFlags;
 namespace
 {
 
-QByteArray fileContent(const QString& path)
-{
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-void writeFile(const QString& path, const QByteArray& content)
-{
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-  file.write(content);
-}
-
 // The flags object is one per process: every test starts from an empty registry and
 // map and leaves the user's file as it found it.
 class FeatureFlagsTest : public ::testing::Test
@@ -35,7 +23,7 @@ protected:
   {
     m_path = m_flags.getStoragePath();
     ASSERT_FALSE(m_path.isEmpty());
-    m_saved = fileContent(m_path);
+    m_saved = readFile(m_path);
     m_existed = QFileInfo::exists(m_path);
     QFile::remove(m_path);
     reset();
@@ -44,7 +32,9 @@ protected:
   {
     QFile::remove(m_path);
     if (m_existed)
-      writeFile(m_path, m_saved);
+    {
+      ASSERT_TRUE(writeFile(m_path, m_saved));
+    }
     reset();
   }
   void reset()
@@ -100,7 +90,7 @@ TEST_F(FeatureFlagsTest, StoredChoicesRoundTripThroughTheFileInNameOrder)
                           "<Value class=\"bool\" value=\"true\" /></Item>"
                           "<Item index=\"1\"><Name class=\"string\" value=\"Off\" />"
                           "<Value class=\"bool\" value=\"false\" /></Item></FeatureFlags></root>";
-  writeFile(m_path, held);
+  ASSERT_TRUE(writeFile(m_path, held));
   // Without a file nothing was read, so the next query looks again.
   EXPECT_TRUE(m_flags.isValid("Unregistered")) << "a stored flag counts without registration";
   EXPECT_FALSE(m_flags.isValid("Off"));
@@ -110,7 +100,7 @@ TEST_F(FeatureFlagsTest, StoredChoicesRoundTripThroughTheFileInNameOrder)
   EXPECT_TRUE(m_flags.isValid("Unregistered")) << "a missing file empties nothing";
 
   // A store right after start-up must keep what the file held.
-  writeFile(m_path, held);
+  ASSERT_TRUE(writeFile(m_path, held));
   reset();
   m_flags.setFlag("Mid", true, true);
   EXPECT_EQ(m_flags.getStoredFlags(), (std::map<QString, bool>{{"Mid", true}, {"Off", false}, {"Unregistered", true}}));
@@ -129,16 +119,16 @@ TEST_F(FeatureFlagsTest, StoredChoicesRoundTripThroughTheFileInNameOrder)
 
 TEST_F(FeatureFlagsTest, DamagedFileIsLoggedNeverThrownAndReadAgainLater)
 {
-  writeFile(m_path, "this is no XML");
+  ASSERT_TRUE(writeFile(m_path, "this is no XML"));
   EXPECT_NO_THROW(EXPECT_FALSE(m_flags.isValid("Anything")));
   // An item without a value reads as off; a gap in the item numbers is an error that
   // keeps the items read before it.
-  writeFile(m_path, "<?xml version=\"1.0\"?>\n<root><FeatureFlags>"
-                    "<Item index=\"0\"><Name class=\"string\" value=\"First\" />"
-                    "<Value class=\"bool\" value=\"true\" /></Item>"
-                    "<Item index=\"1\"><Name class=\"string\" value=\"NoValue\" /></Item>"
-                    "<Item index=\"3\"><Name class=\"string\" value=\"Beyond\" />"
-                    "<Value class=\"bool\" value=\"true\" /></Item></FeatureFlags></root>");
+  ASSERT_TRUE(writeFile(m_path, "<?xml version=\"1.0\"?>\n<root><FeatureFlags>"
+                                "<Item index=\"0\"><Name class=\"string\" value=\"First\" />"
+                                "<Value class=\"bool\" value=\"true\" /></Item>"
+                                "<Item index=\"1\"><Name class=\"string\" value=\"NoValue\" /></Item>"
+                                "<Item index=\"3\"><Name class=\"string\" value=\"Beyond\" />"
+                                "<Value class=\"bool\" value=\"true\" /></Item></FeatureFlags></root>"));
   m_flags.readAgain();
   const LogCapture log("Core.Utilities");
   EXPECT_NO_THROW(EXPECT_TRUE(m_flags.isValid("First")));
