@@ -33,6 +33,8 @@ constexpr unsigned longestLiteralRun = 255;
 constexpr std::size_t shortestNibbleRun = 7;
 
 std::atomic<unsigned> configuredThreads{0};
+std::atomic<bool> avx512Allowed{true};
+std::atomic<VectorEncoder> vectorEncoder{VectorEncoder::Chosen};
 
 inline unsigned loadWord(const uint8_t* p)
 {
@@ -601,12 +603,12 @@ __attribute__((target(RTE_IMX_VECTOR), noinline)) unsigned fullBlock(Encoder& e,
   return 32;
 }
 
-// 32 words at a time; see quickBlock and fullBlock. The blocks of a row end before its
+// The AVX2 block encoder: 32 words at a time; see quickBlock and fullBlock. The blocks of a row end before its
 // last word (the last block may be shorter and then only goes the quick way). A block
 // reads up to 48 words from its start and writes less than 128 bytes past the output's
 // end before it, which is at most 3 bytes per word taken: so when the call holds 48
 // words from the block's start, every write stays inside its 3 bytes per word.
-__attribute__((target(RTE_IMX_VECTOR))) uint8_t* encodeRowsAvx2(const uint8_t* source, std::size_t rows,
+__attribute__((target(RTE_IMX_VECTOR))) uint8_t* encodeRowsBlocks(const uint8_t* source, std::size_t rows,
                                                                 std::size_t columns, EncoderState& state, uint8_t* out)
 {
   constexpr std::size_t reach = 48;
@@ -663,13 +665,531 @@ __attribute__((target(RTE_IMX_VECTOR))) uint8_t* encodeRowsAvx2(const uint8_t* s
   return e.out;
 }
 
+// The delta bytes and masks of a group of 64 words (the word before it is read too).
+struct Group
+{
+  __m256i low, high; // one-byte deltas of words 0-31 and 32-63
+  uint64_t fit, small;
+};
+
+__attribute__((target(RTE_IMX_VECTOR))) inline Group classifyGroup(const uint8_t* at)
+{
+  const Block low = classify(at), high = classify(at + 64);
+  return {low.bytes, high.bytes, low.fit | uint64_t{high.fit} << 32, low.small | uint64_t{high.small} << 32};
+}
+
+// Bit i set for every word i of a run of at least 7 small deltas. small holds the group's
+// bits, before those of the 64 words before it and after those of the 64 after it: a
+// word's run is long when 7 small deltas in a row cover it, which is decided within 6
+// words on either side.
+[[gnu::always_inline]] inline uint64_t longRuns(uint64_t before, uint64_t small, uint64_t after)
+{
+  using Wide = unsigned __int128;
+  // Bit i of seven: words i - 6 .. i are all small.
+  const auto sevens = [](uint64_t low, uint64_t high)
+  {
+    const Wide all = (Wide{high} << 64) | low;
+    const Wide two = all & (all << 1), four = two & (two << 2);
+    return static_cast<uint64_t>((four & (four << 3)) >> 64);
+  };
+  Wide covered = (Wide{sevens(small, after) & 0x3F} << 64) | sevens(before, small);
+  covered |= covered >> 1;
+  covered |= covered >> 2;
+  covered |= covered >> 3;
+  return static_cast<uint64_t>(covered) & small;
+}
+
+// Bit i set where the number of words from small delta i to the end of its run (its
+// last word counting 0) is odd. A run ends at the first word that is not small (zeros
+// of small); terminatorOdd tells whether that word, for the run reaching past the group,
+// sits at an odd place counted from the group's start.
+__attribute__((target("bmi,bmi2,popcnt"), always_inline)) inline uint64_t oddFromEnd(uint64_t small, bool terminatorOdd)
+{
+  constexpr uint64_t oddPlaces = 0xAAAAAAAAAAAAAAAAull;
+  const uint64_t ends = ~small;
+  const auto count = static_cast<unsigned>(__builtin_popcountll(ends));
+  // Bit k: the k-th end is at an odd place; the one past the group follows the last.
+  uint64_t odd = _pext_u64(oddPlaces, ends);
+  if (count < 64)
+    odd |= uint64_t{terminatorOdd} << count;
+  // Each end toggles to the parity of the next one; the prefix xor of the toggles
+  // below a word gives the parity of the end of its run.
+  uint64_t toggles = _pdep_u64(odd ^ (odd >> 1), ends);
+  toggles ^= toggles << 1;
+  toggles ^= toggles << 2;
+  toggles ^= toggles << 4;
+  toggles ^= toggles << 8;
+  toggles ^= toggles << 16;
+  toggles ^= toggles << 32;
+  const uint64_t endOdd = (toggles << 1) ^ (uint64_t{0} - (odd & 1));
+  // From word i to its end at e there are e - 1 - i words.
+  return ~(endOdd ^ oddPlaces);
+}
+
+// What each word of a group becomes (bit i for word i). A word of a run of 7 or more
+// small deltas, counted from the run's end (its last word 0), is: 0 the block's end
+// byte (delta << 4 | 8); odd a pair byte (the delta before << 4 | its own), or at the
+// run's first word a plain delta; even and first or second of the run the 0x81 token,
+// otherwise nothing. Other words that fit a byte stay one-byte deltas; literals are the
+// rest.
+struct Roles
+{
+  uint64_t keep;     // words that give a byte
+  uint64_t pair;     // ... a pair byte
+  uint64_t last;     // ... a block's end byte
+  uint64_t token;    // ... the 0x81 token
+  uint64_t literals; // words that are literals
+};
+
+// small and fit: the group's bits (count words; small already ends at a row's last word);
+// before, after and terminatorOdd as in Around.
+__attribute__((target("bmi,bmi2,popcnt"), always_inline)) inline Roles roles(uint64_t small, uint64_t fit, unsigned count,
+                                                               uint64_t before, uint64_t after, bool terminatorOdd)
+{
+  const uint64_t valid = count == 64 ? ~uint64_t{0} : (uint64_t{1} << count) - 1;
+  fit &= valid;
+  const uint64_t inLong = longRuns(before, small, after);
+  const uint64_t shifted1 = (small << 1) | (before >> 63), shifted2 = (small << 2) | (before >> 62);
+  const uint64_t first = small & ~shifted1, second = small & shifted1 & ~shifted2;
+  const uint64_t odd = inLong == 0 ? 0 : oddFromEnd(small, terminatorOdd) & inLong;
+  const uint64_t last = inLong & ~((small >> 1) | (after << 63));
+  const uint64_t dropped = inLong & ~odd & ~last & ~first & ~second;
+  return {fit & ~dropped, odd & ~first, last, inLong & ~odd & ~last & (first | second), ~fit & valid};
+}
+
+// Byte j of the result is 0xFF where bit j of mask is set.
+__attribute__((target(RTE_IMX_VECTOR))) inline __m256i byteMask(uint32_t mask)
+{
+  const __m256i spread = _mm256_shuffle_epi8(_mm256_set1_epi32(static_cast<int>(mask)),
+                                             _mm256_setr_epi8(0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 1, 1, 1, 1, //
+                                                              2, 2, 2, 2, 2, 2, 2, 2, 3, 3, 3, 3, 3, 3, 3, 3));
+  const __m256i bits = _mm256_set1_epi64x(static_cast<long long>(0x8040201008040201ull));
+  return _mm256_cmpeq_epi8(_mm256_and_si256(spread, bits), bits);
+}
+
+// For each 8-bit mask, the places of its set bits in order: a byte shuffle that moves
+// the kept bytes of 8 to the front. high: the same for the upper 8 bytes of a register.
+struct alignas(64) CompactTables
+{
+  uint8_t low[256][8], high[256][8];
+  constexpr CompactTables() : low(), high()
+  {
+    for (unsigned mask = 0; mask < 256; ++mask)
+    {
+      unsigned kept = 0;
+      for (unsigned bit = 0; bit < 8; ++bit)
+        if ((mask >> bit & 1) != 0)
+        {
+          low[mask][kept] = static_cast<uint8_t>(bit);
+          high[mask][kept] = static_cast<uint8_t>(bit + 8);
+          ++kept;
+        }
+      for (; kept < 8; ++kept)
+        low[mask][kept] = high[mask][kept] = 0x80;
+    }
+  }
+};
+constexpr CompactTables compactTables;
+
+// The bytes of 64 (two registers) whose bits are set in keep, written one after the
+// other from out: 8 at a time, each 8 stored whole where the kept ones before it end.
+// Writes up to 8 bytes past the kept ones; only the groups of 8 from first to last
+// (inclusive) are stored, which must hold every kept byte.
+__attribute__((target(RTE_IMX_VECTOR), always_inline)) inline uint8_t*
+storeKept(__m256i low, __m256i high, uint64_t keep, uint8_t* out, unsigned first = 0, unsigned last = 7)
+{
+  // Kept bytes per group of 8, then their running sums: where each group goes.
+  uint64_t counts = keep - ((keep >> 1) & 0x5555555555555555ull);
+  counts = (counts & 0x3333333333333333ull) + ((counts >> 2) & 0x3333333333333333ull);
+  counts = (counts + (counts >> 4)) & 0x0F0F0F0F0F0F0F0Full;
+  const uint64_t ends = counts * 0x0101010101010101ull; // byte c: kept in groups 0..c
+  const uint64_t starts = ends << 8;
+  const __m128i lanes[4] = {_mm256_castsi256_si128(low), _mm256_extracti128_si256(low, 1),
+                            _mm256_castsi256_si128(high), _mm256_extracti128_si256(high, 1)};
+#pragma GCC unroll 8
+  for (unsigned c = first; c <= last; ++c)
+  {
+    const auto mask = static_cast<unsigned>(keep >> (8 * c) & 0xFF);
+    const uint8_t(&table)[256][8] = (c & 1) == 0 ? compactTables.low : compactTables.high;
+    const __m128i packed = _mm_shuffle_epi8(lanes[c / 2], _mm_loadl_epi64(reinterpret_cast<const __m128i*>(table[mask])));
+    _mm_storel_epi64(reinterpret_cast<__m128i*>(out + (starts >> (8 * c) & 0xFF)), packed);
+  }
+  return out + (ends >> (8 * last) & 0xFF);
+}
+
+// The final bytes of 32 words from their delta bytes (before: those of the 32 words
+// before them): pair bytes, block ends and 0x81 tokens where their bits are set.
+__attribute__((target(RTE_IMX_VECTOR))) inline __m256i finalBytes(__m256i deltas, __m256i before, uint64_t pair,
+                                                                 uint64_t last, uint64_t token)
+{
+  const __m256i nibbleLow = _mm256_set1_epi8(0x0F), nibbleHigh = _mm256_set1_epi8(static_cast<char>(0xF0));
+  // The delta before each word: the bytes moved up by one, across the lanes.
+  const __m256i previous = _mm256_alignr_epi8(deltas, _mm256_permute2x128_si256(before, deltas, 0x21), 15);
+  const __m256i pairs = _mm256_or_si256(_mm256_and_si256(_mm256_slli_epi16(previous, 4), nibbleHigh),
+                                        _mm256_and_si256(deltas, nibbleLow));
+  const __m256i ends =
+      _mm256_or_si256(_mm256_and_si256(_mm256_slli_epi16(deltas, 4), nibbleHigh), _mm256_set1_epi8(nibbleEnd));
+  __m256i bytes = _mm256_blendv_epi8(deltas, pairs, byteMask(static_cast<uint32_t>(pair)));
+  bytes = _mm256_blendv_epi8(bytes, ends, byteMask(static_cast<uint32_t>(last)));
+  return _mm256_blendv_epi8(bytes, _mm256_set1_epi8(static_cast<char>(nibbleToken)),
+                            byteMask(static_cast<uint32_t>(token)));
+}
+
+// What the group encoder knows of the words around a group.
+struct Around
+{
+  uint64_t before = 0;        // small-delta bits of the 64 words before (0 at a row start)
+  uint64_t after = 0;         // of the 64 words after (0 past the row)
+  bool terminatorOdd = false; // the end of a run reaching past the group is at an odd place
+  __m256i previousHigh;       // the delta bytes of the 32 words before the group
+};
+
+// The words of a group from i on: those before the next literal (up to end) and the
+// literal streak that follows (up to streakEnd).
+inline void nextStretch(uint64_t literals, unsigned count, unsigned i, unsigned& end, unsigned& streakEnd)
+{
+  const uint64_t literalsAhead = literals >> i << i;
+  end = literalsAhead == 0 ? count : static_cast<unsigned>(__builtin_ctzll(literalsAhead));
+  const uint64_t others = end == 64 ? 0 : ~literals >> end << end; // bits past count count as others
+  streakEnd = others == 0 ? count : std::min(count, static_cast<unsigned>(__builtin_ctzll(others)));
+}
+
+// Bits from .. to - 1.
+inline uint64_t bitRange(unsigned from, unsigned to)
+{
+  return (to == 64 ? ~uint64_t{0} : (uint64_t{1} << to) - 1) & ~((uint64_t{1} << from) - 1);
+}
+
+// Encodes one group of count (1..64) words from words (their delta bytes and masks in
+// group) straight to its final bytes (see Roles); literals fold as the word-by-word
+// encoder folds them. wide: the stores may reach 8 bytes past the group's bytes;
+// otherwise the bytes go one by one.
+__attribute__((target(RTE_IMX_VECTOR))) void encodeGroup(Encoder& e, const uint8_t* words, unsigned count,
+                                                        const Group& group, const Around& around, bool wide)
+{
+  const Roles r = roles(group.small, group.fit, count, around.before, around.after, around.terminatorOdd);
+  const __m256i low = finalBytes(group.low, around.previousHigh, r.pair, r.last, r.token);
+  const __m256i high = finalBytes(group.high, group.low, r.pair >> 32, r.last >> 32, r.token >> 32);
+  if (r.literals == 0 && wide)
+  {
+    if (e.pending != 0)
+      e.flushLiterals();
+    e.out = storeKept(low, high, r.keep, e.out);
+    return;
+  }
+  alignas(32) uint8_t bytes[64];
+  if (!wide)
+  {
+    _mm256_store_si256(reinterpret_cast<__m256i*>(bytes), low);
+    _mm256_store_si256(reinterpret_cast<__m256i*>(bytes + 32), high);
+  }
+  for (unsigned i = 0, end = 0, streakEnd = 0; i < count; i = streakEnd)
+  {
+    nextStretch(r.literals, count, i, end, streakEnd);
+    if (end > i)
+    {
+      if (e.pending != 0)
+        e.flushLiterals();
+      if (wide)
+      {
+        e.out = storeKept(low, high, r.keep & bitRange(i, end), e.out, i / 8, (end - 1) / 8);
+      }
+      else
+      {
+        for (unsigned k = i; k < end; ++k)
+          if ((r.keep >> k & 1) != 0)
+            *e.out++ = bytes[k];
+      }
+    }
+    for (unsigned k = end; k < streakEnd; ++k)
+      e.writeLiteral(loadWord(words + 2 * k));
+  }
+}
+
+// classifyGroup for count words copied first, with the word before them.
+__attribute__((target(RTE_IMX_VECTOR), noinline)) Group classifyCopy(const uint8_t* words, unsigned count,
+                                                                    unsigned before)
+{
+  alignas(32) uint8_t padded[2 + 128 + 2] = {};
+  padded[0] = static_cast<uint8_t>(before);
+  padded[1] = static_cast<uint8_t>(before >> 8);
+  std::memcpy(padded + 2, words, 2 * std::size_t{count});
+  return classifyGroup(padded + 2);
+}
+
+// Group g of a row (count: its words), its small bits ending at the row's last word,
+// which closes any run. A group that starts the call (first, previous: the running
+// value) or ends the row short is copied first, with the word before it, so that no load
+// reaches outside the source.
+__attribute__((target(RTE_IMX_VECTOR), always_inline)) inline Group classifyRowGroup(const uint8_t* rowWords, std::size_t columns,
+                                                              std::size_t g, bool first, unsigned previous,
+                                                              unsigned& count)
+{
+  const std::size_t firstWord = 64 * g;
+  count = static_cast<unsigned>(std::min<std::size_t>(64, columns - firstWord));
+  Group group;
+  if (count == 64 && !(first && g == 0))
+  {
+    group = classifyGroup(rowWords + 2 * firstWord);
+  }
+  else
+  {
+    group = classifyCopy(rowWords + 2 * firstWord, count, g == 0 ? previous : loadWord(rowWords + 2 * firstWord - 2));
+  }
+  const uint64_t valid = count == 64 ? ~uint64_t{0} : (uint64_t{1} << count) - 1;
+  group.small &= valid;
+  group.fit &= valid;
+  if (firstWord + count == columns)
+    group.small &= ~(uint64_t{1} << (count - 1));
+  return group;
+}
+
+// Encodes the rows group by group (see encodeGroup), with the masks of the next group
+// at hand for the runs that reach over a group's end.
+__attribute__((target(RTE_IMX_VECTOR))) uint8_t* encodeRowsGroups(const uint8_t* source, std::size_t rows,
+                                                                std::size_t columns, EncoderState& state, uint8_t* out)
+{
+  Encoder e{out, state.previous, state.pending};
+  const std::size_t groups = (columns + 63) / 64;
+  for (std::size_t row = 0; row < rows; ++row)
+  {
+    const uint8_t* const rowWords = source + 2 * columns * row;
+    const std::size_t wordsAfterRow = (rows - row - 1) * columns;
+    unsigned count = 0;
+    Group group = classifyRowGroup(rowWords, columns, 0, row == 0, e.previous, count);
+    Around around;
+    around.previousHigh = _mm256_setzero_si256();
+    for (std::size_t g = 0; g < groups; ++g)
+    {
+      unsigned nextCount = 0;
+      const Group next = g + 1 < groups ? classifyRowGroup(rowWords, columns, g + 1, false, 0, nextCount) : Group{};
+      around.after = g + 1 < groups ? next.small : 0;
+      around.terminatorOdd = false;
+      if (group.small >> 63 != 0)
+      {
+        // The run reaching past the group ends in the next group, or further on.
+        uint64_t later = around.after;
+        for (std::size_t h = g + 2; later == ~uint64_t{0}; ++h)
+        {
+          unsigned ignored = 0;
+          later = classifyRowGroup(rowWords, columns, h, false, 0, ignored).small;
+        }
+        around.terminatorOdd = (__builtin_ctzll(~later) & 1) != 0;
+      }
+      const std::size_t wordsAfter = columns - 64 * g - count + wordsAfterRow;
+      const uint8_t* words = rowWords + 2 * 64 * g;
+      encodeGroup(e, words, count, group, around, wordsAfter >= 24);
+      around.before = group.small;
+      around.previousHigh = group.high;
+      group = next;
+      count = nextCount;
+    }
+    e.previous = loadWord(rowWords + 2 * (columns - 1));
+  }
+  state.previous = e.previous;
+  state.pending = e.pending;
+  return e.out;
+}
+
+// The group encoder with AVX-512 (BW, VBMI, VBMI2): the same steps, with the bit masks
+// used as they are and the kept bytes of a group packed by one compress instruction.
+// g++ 12's AVX-512 headers start some values from themselves on purpose ("undefined").
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wuninitialized"
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#define RTE_IMX_WIDE "avx2,bmi,bmi2,popcnt,avx512f,avx512bw,avx512vl,avx512vbmi,avx512vbmi2"
+
+bool wideLoops()
+{
+  static const bool supported = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+                                __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512vbmi") &&
+                                __builtin_cpu_supports("avx512vbmi2");
+  return supported && vectorLoops() && avx512Allowed.load(std::memory_order_relaxed);
+}
+
+struct WideGroup
+{
+  __m512i bytes; // one-byte deltas of the 64 words
+  uint64_t fit, small;
+};
+
+__attribute__((target(RTE_IMX_WIDE))) inline WideGroup classifyWide(const uint8_t* at)
+{
+  // As classify: the saturated difference of the words less 0x8000.
+  const __m512i bias = _mm512_set1_epi16(static_cast<short>(0x8000));
+  const __m512i difference0 =
+      _mm512_subs_epi16(_mm512_xor_si512(_mm512_loadu_si512(at), bias), _mm512_xor_si512(_mm512_loadu_si512(at - 2), bias));
+  const __m512i difference1 = _mm512_subs_epi16(_mm512_xor_si512(_mm512_loadu_si512(at + 64), bias),
+                                                _mm512_xor_si512(_mm512_loadu_si512(at + 62), bias));
+  const __m512i size0 = _mm512_abs_epi16(difference0), size1 = _mm512_abs_epi16(difference1);
+  const __m512i fitLimit = _mm512_set1_epi16(126), smallLimit = _mm512_set1_epi16(7);
+  const uint64_t fit = _mm512_cmple_epu16_mask(size0, fitLimit) | uint64_t{_mm512_cmple_epu16_mask(size1, fitLimit)} << 32;
+  const uint64_t small =
+      _mm512_cmple_epu16_mask(size0, smallLimit) | uint64_t{_mm512_cmple_epu16_mask(size1, smallLimit)} << 32;
+  const __m512i bytes = _mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvtepi16_epi8(difference0)),
+                                           _mm512_cvtepi16_epi8(difference1), 1);
+  return {bytes, fit, small};
+}
+
+__attribute__((target(RTE_IMX_WIDE), noinline)) WideGroup classifyWideCopy(const uint8_t* words, unsigned count,
+                                                                          unsigned before)
+{
+  alignas(64) uint8_t padded[2 + 128 + 2] = {};
+  padded[0] = static_cast<uint8_t>(before);
+  padded[1] = static_cast<uint8_t>(before >> 8);
+  std::memcpy(padded + 2, words, 2 * std::size_t{count});
+  return classifyWide(padded + 2);
+}
+
+__attribute__((target(RTE_IMX_WIDE), always_inline)) inline WideGroup
+classifyWideRowGroup(const uint8_t* rowWords, std::size_t columns, std::size_t g, bool first, unsigned previous,
+                     unsigned& count)
+{
+  const std::size_t firstWord = 64 * g;
+  count = static_cast<unsigned>(std::min<std::size_t>(64, columns - firstWord));
+  WideGroup group = count == 64 && !(first && g == 0)
+                        ? classifyWide(rowWords + 2 * firstWord)
+                        : classifyWideCopy(rowWords + 2 * firstWord, count,
+                                           g == 0 ? previous : loadWord(rowWords + 2 * firstWord - 2));
+  const uint64_t valid = count == 64 ? ~uint64_t{0} : (uint64_t{1} << count) - 1;
+  group.small &= valid;
+  group.fit &= valid;
+  if (firstWord + count == columns)
+    group.small &= ~(uint64_t{1} << (count - 1));
+  return group;
+}
+
+// encodeGroup with AVX-512; before: the delta bytes of the group before.
+__attribute__((target(RTE_IMX_WIDE))) void encodeWideGroup(Encoder& e, const uint8_t* words, unsigned count,
+                                                          const WideGroup& group, const Around& around,
+                                                          __m512i before, bool wide)
+{
+  const Roles r = roles(group.small, group.fit, count, around.before, around.after, around.terminatorOdd);
+  const __m512i deltas = group.bytes;
+  // The delta before each word: byte i - 1, byte 63 of before for the first.
+  alignas(64) static constexpr uint8_t previousIndex[64] = {
+      127, 0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20,
+      21,  22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42,
+      43,  44, 45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56, 57, 58, 59, 60, 61, 62};
+  const __m512i previous = _mm512_permutex2var_epi8(deltas, _mm512_load_si512(previousIndex), before);
+  const __m512i highNibbles = _mm512_set1_epi8(static_cast<char>(0xF0));
+  // (a & 0xF0) | (b & 0x0F): bit select by the constant (ternary logic 0xE4: c ? a : b).
+  const __m512i pairs = _mm512_ternarylogic_epi32(_mm512_slli_epi16(previous, 4), deltas, highNibbles, 0xE4);
+  const __m512i ends =
+      _mm512_ternarylogic_epi32(_mm512_slli_epi16(deltas, 4), _mm512_set1_epi8(nibbleEnd), highNibbles, 0xE4);
+  __m512i bytes = _mm512_mask_mov_epi8(deltas, r.pair, pairs);
+  bytes = _mm512_mask_mov_epi8(bytes, r.last, ends);
+  bytes = _mm512_mask_mov_epi8(bytes, r.token, _mm512_set1_epi8(static_cast<char>(nibbleToken)));
+  alignas(64) uint8_t kept[64];
+  for (unsigned i = 0, end = 0, streakEnd = 0; i < count; i = streakEnd)
+  {
+    nextStretch(r.literals, count, i, end, streakEnd);
+    if (end > i)
+    {
+      if (e.pending != 0)
+        e.flushLiterals();
+      const uint64_t keep = r.keep & bitRange(i, end);
+      const __m512i packed = _mm512_maskz_compress_epi8(keep, bytes);
+      const auto size = static_cast<std::size_t>(__builtin_popcountll(keep));
+      if (wide)
+      {
+        _mm512_storeu_si512(e.out, packed);
+      }
+      else
+      {
+        _mm512_store_si512(kept, packed);
+        std::memcpy(e.out, kept, size);
+      }
+      e.out += size;
+    }
+    for (unsigned k = end; k < streakEnd; ++k)
+      e.writeLiteral(loadWord(words + 2 * k));
+  }
+}
+
+// encodeRowsGroups with AVX-512.
+__attribute__((target(RTE_IMX_WIDE))) uint8_t* encodeRowsWide(const uint8_t* source, std::size_t rows,
+                                                             std::size_t columns, EncoderState& state, uint8_t* out)
+{
+  Encoder e{out, state.previous, state.pending};
+  const std::size_t groups = (columns + 63) / 64;
+  for (std::size_t row = 0; row < rows; ++row)
+  {
+    const uint8_t* const rowWords = source + 2 * columns * row;
+    const std::size_t wordsAfterRow = (rows - row - 1) * columns;
+    unsigned count = 0;
+    WideGroup group = classifyWideRowGroup(rowWords, columns, 0, row == 0, e.previous, count);
+    Around around;
+    __m512i before = _mm512_setzero_si512();
+    for (std::size_t g = 0; g < groups; ++g)
+    {
+      unsigned nextCount = 0;
+      const WideGroup next =
+          g + 1 < groups ? classifyWideRowGroup(rowWords, columns, g + 1, false, 0, nextCount) : WideGroup{};
+      around.after = g + 1 < groups ? next.small : 0;
+      around.terminatorOdd = false;
+      if (group.small >> 63 != 0)
+      {
+        uint64_t later = around.after;
+        for (std::size_t h = g + 2; later == ~uint64_t{0}; ++h)
+        {
+          unsigned ignored = 0;
+          later = classifyWideRowGroup(rowWords, columns, h, false, 0, ignored).small;
+        }
+        around.terminatorOdd = (__builtin_ctzll(~later) & 1) != 0;
+      }
+      const std::size_t wordsAfter = columns - 64 * g - count + wordsAfterRow;
+      encodeWideGroup(e, rowWords + 2 * 64 * g, count, group, around, before, wordsAfter >= 24);
+      around.before = group.small;
+      before = group.bytes;
+      group = next;
+      count = nextCount;
+    }
+    e.previous = loadWord(rowWords + 2 * (columns - 1));
+  }
+  state.previous = e.previous;
+  state.pending = e.pending;
+  return e.out;
+}
+#pragma GCC diagnostic pop
+
 #endif
+
+// Whether the group encoder is the faster one for these words, judged from up to 16
+// groups spread over them: it costs the same for every group without literals, while
+// the block encoder's cost grows with the nibble blocks that close (one per 20 words or
+// so in a flat field) and the group encoder's with the literals.
+__attribute__((target(RTE_IMX_VECTOR))) bool groupsPay(const uint8_t* source, std::size_t words)
+{
+  if (words < 2 * 64 + 2)
+    return false;
+  const std::size_t samples = std::min<std::size_t>(16, (words - 1) / 64 - 1);
+  const std::size_t stride = ((words - 1) / 64 - 1) / samples * 64;
+  unsigned literals = 0, closes = 0;
+  for (std::size_t k = 0; k < samples; ++k)
+  {
+    const Group group = classifyGroup(source + 2 * (1 + k * stride));
+    const uint64_t inLong = longRuns(0, group.small, 0);
+    literals += static_cast<unsigned>(__builtin_popcountll(~group.fit));
+    closes += static_cast<unsigned>(__builtin_popcountll(inLong & ~(inLong >> 1)));
+  }
+
+  return literals <= samples && closes >= 2 * samples;
+}
 
 uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns, EncoderState& state, uint8_t* out)
 {
 #if defined(RTE_IMX_X86)
   if (vectorLoops())
-    return encodeRowsAvx2(source, rows, columns, state, out);
+  {
+    const VectorEncoder chosen = vectorEncoder.load(std::memory_order_relaxed);
+    if (chosen == VectorEncoder::Blocks ||
+        (chosen == VectorEncoder::Chosen && !groupsPay(source, rows * columns)))
+      return encodeRowsBlocks(source, rows, columns, state, out);
+    if (wideLoops())
+      return encodeRowsWide(source, rows, columns, state, out);
+    return encodeRowsGroups(source, rows, columns, state, out);
+  }
 #endif
   return encodeRowsPortable(source, rows, columns, state, out);
 }
@@ -1384,6 +1904,16 @@ DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* dest
     return decodeAvx2(source, sourceSize, destination, words, consumed);
 #endif
   return decodePortable(source, sourceSize, destination, words, consumed);
+}
+
+void setVectorEncoder(VectorEncoder encoder)
+{
+  vectorEncoder.store(encoder, std::memory_order_relaxed);
+}
+
+void allowAvx512(bool allowed)
+{
+  avx512Allowed.store(allowed, std::memory_order_relaxed);
 }
 
 void setParallelThreads(unsigned threads)
