@@ -17,7 +17,7 @@
 #include <immintrin.h>
 #define RTE_IMX_X86 1
 // The vector loops also use the bit instructions every processor with AVX2 has.
-#define RTE_IMX_VECTOR "avx2,bmi,bmi2,popcnt"
+#define RTE_IMX_VECTOR "avx2,bmi,bmi2,popcnt,pclmul"
 #endif
 
 namespace RTE::ImxCoder
@@ -344,7 +344,7 @@ bool vectorLoops()
   using Feature = RTE::InstructionSets::E_Feature;
   static const bool bits = RTE::InstructionSets::host().has(Feature::BMI1) &&
                            RTE::InstructionSets::host().has(Feature::BMI2) &&
-                           RTE::InstructionSets::host().has(Feature::POPCNT);
+                           RTE::InstructionSets::host().has(Feature::POPCNT) && __builtin_cpu_supports("pclmul");
   return bits && PackKernels::usesAvx2();
 }
 
@@ -703,7 +703,7 @@ __attribute__((target(RTE_IMX_VECTOR))) inline Group classifyGroup(const uint8_t
 // last word counting 0) is odd. A run ends at the first word that is not small (zeros
 // of small); terminatorOdd tells whether that word, for the run reaching past the group,
 // sits at an odd place counted from the group's start.
-__attribute__((target("bmi,bmi2,popcnt"), always_inline)) inline uint64_t oddFromEnd(uint64_t small, bool terminatorOdd)
+__attribute__((target("bmi,bmi2,popcnt,pclmul"), always_inline)) inline uint64_t oddFromEnd(uint64_t small, bool terminatorOdd)
 {
   constexpr uint64_t oddPlaces = 0xAAAAAAAAAAAAAAAAull;
   const uint64_t ends = ~small;
@@ -714,14 +714,11 @@ __attribute__((target("bmi,bmi2,popcnt"), always_inline)) inline uint64_t oddFro
     odd |= uint64_t{terminatorOdd} << count;
   // Each end toggles to the parity of the next one; the prefix xor of the toggles
   // below a word gives the parity of the end of its run.
-  uint64_t toggles = _pdep_u64(odd ^ (odd >> 1), ends);
-  toggles ^= toggles << 1;
-  toggles ^= toggles << 2;
-  toggles ^= toggles << 4;
-  toggles ^= toggles << 8;
-  toggles ^= toggles << 16;
-  toggles ^= toggles << 32;
-  const uint64_t endOdd = (toggles << 1) ^ (uint64_t{0} - (odd & 1));
+  const uint64_t toggles = _pdep_u64(odd ^ (odd >> 1), ends);
+  // Prefix xor: the carry-less product with all ones.
+  const auto prefix = static_cast<uint64_t>(_mm_cvtsi128_si64(
+      _mm_clmulepi64_si128(_mm_cvtsi64_si128(static_cast<long long>(toggles)), _mm_set1_epi64x(-1), 0)));
+  const uint64_t endOdd = (prefix << 1) ^ (uint64_t{0} - (odd & 1));
   // From word i to its end at e there are e - 1 - i words.
   return ~(endOdd ^ oddPlaces);
 }
@@ -741,21 +738,56 @@ struct Roles
   uint64_t literals; // words that are literals
 };
 
-// small and fit: the group's bits (count words; small already ends at a row's last word);
-// before, after and terminatorOdd as in Around.
-__attribute__((target("bmi,bmi2,popcnt"), always_inline)) inline Roles roles(uint64_t small, uint64_t fit, unsigned count,
-                                                               uint64_t before, uint64_t after, bool terminatorOdd)
+// The roles of the groups of a row, group after group. A word is in a run of 7 or more
+// when its run's first word has 6 small deltas after it (seen by the 7-wide AND of the
+// bits, which may reach into the next group); from there the whole run is marked by the
+// carry of an addition, which runs through it. A run reaching in from the group before
+// is marked from its first bit when that group found it long.
+class RowRuns
 {
-  const uint64_t valid = count == 64 ? ~uint64_t{0} : (uint64_t{1} << count) - 1;
-  fit &= valid;
-  const uint64_t inLong = longRuns(before, small, after);
-  const uint64_t shifted1 = (small << 1) | (before >> 63), shifted2 = (small << 2) | (before >> 62);
-  const uint64_t first = small & ~shifted1, second = small & shifted1 & ~shifted2;
-  const uint64_t odd = inLong == 0 ? 0 : oddFromEnd(small, terminatorOdd) & inLong;
-  const uint64_t last = inLong & ~((small >> 1) | (after << 63));
-  const uint64_t dropped = inLong & ~odd & ~last & ~first & ~second;
-  return {fit & ~dropped, odd & ~first, last, inLong & ~odd & ~last & (first | second), ~fit & valid};
-}
+public:
+  // small: the bits of the row's first group.
+  explicit RowRuns(uint64_t small) :
+      m_small(small), m_two(small & (small << 1)), m_four(m_two & (m_two << 2)), m_seven(m_four & (m_four << 3))
+  {
+  }
+
+  // The current group's roles (count words, fit its bits), from the next group's small
+  // bits (0 past the row) and whether the end of a run reaching past the group is at an
+  // odd place counted from the group's start; then the next group becomes the current.
+  [[gnu::always_inline, gnu::target("bmi,bmi2,popcnt,pclmul")]] inline Roles advance(uint64_t fit, unsigned count,
+                                                                                     uint64_t next,
+                                                                                     bool terminatorOdd)
+  {
+    const uint64_t small = m_small, before = m_before;
+    const uint64_t nextTwo = next & ((next << 1) | (small >> 63));
+    const uint64_t nextFour = nextTwo & ((nextTwo << 2) | (m_two >> 62));
+    const uint64_t nextSeven = nextFour & ((nextFour << 3) | (m_four >> 61));
+    const uint64_t shifted1 = (small << 1) | (before >> 63), shifted2 = (small << 2) | (before >> 62);
+    const uint64_t first = small & ~shifted1, second = small & shifted1 & ~shifted2;
+    const uint64_t seeds = first & ((m_seven >> 6) | (nextSeven << 58));
+    const uint64_t inLong = ((small + seeds + (m_long >> 63 & small & 1)) ^ small) & small;
+    const uint64_t odd = oddFromEnd(small, terminatorOdd) & inLong;
+    const uint64_t last = inLong & ~((small >> 1) | (next << 63));
+    const uint64_t dropped = inLong & ~odd & ~last & ~first & ~second;
+    const uint64_t valid = count == 64 ? ~uint64_t{0} : (uint64_t{1} << count) - 1;
+    fit &= valid;
+    m_before = small;
+    m_small = next;
+    m_two = nextTwo;
+    m_four = nextFour;
+    m_seven = nextSeven;
+    m_long = inLong;
+    return {fit & ~dropped, odd & ~first, last, inLong & ~odd & ~last & (first | second), ~fit & valid};
+  }
+
+private:
+  uint64_t m_small;      // the current group's small bits
+  uint64_t m_before = 0; // the group before's
+  uint64_t m_two, m_four, m_seven; // 2, 4 and 7 small deltas in a row end at these words
+  uint64_t m_long = 0;   // the group before's long-run bits
+};
+
 
 // Byte j of the result is 0xFF where bit j of mask is set.
 __attribute__((target(RTE_IMX_VECTOR))) inline __m256i byteMask(uint32_t mask)
@@ -835,14 +867,6 @@ __attribute__((target(RTE_IMX_VECTOR))) inline __m256i finalBytes(__m256i deltas
                             byteMask(static_cast<uint32_t>(token)));
 }
 
-// What the group encoder knows of the words around a group.
-struct Around
-{
-  uint64_t before = 0;        // small-delta bits of the 64 words before (0 at a row start)
-  uint64_t after = 0;         // of the 64 words after (0 past the row)
-  bool terminatorOdd = false; // the end of a run reaching past the group is at an odd place
-  __m256i previousHigh;       // the delta bytes of the 32 words before the group
-};
 
 // The words of a group from i on: those before the next literal (up to end) and the
 // literal streak that follows (up to streakEnd).
@@ -860,15 +884,16 @@ inline uint64_t bitRange(unsigned from, unsigned to)
   return (to == 64 ? ~uint64_t{0} : (uint64_t{1} << to) - 1) & ~((uint64_t{1} << from) - 1);
 }
 
-// Encodes one group of count (1..64) words from words (their delta bytes and masks in
-// group) straight to its final bytes (see Roles); literals fold as the word-by-word
+// Encodes one group of count (1..64) words from words (their delta bytes in group,
+// previousHigh those of the 32 words before) straight to their final bytes as r gives
+// them; literals fold as the word-by-word
 // encoder folds them. wide: the stores may reach 8 bytes past the group's bytes;
 // otherwise the bytes go one by one.
 __attribute__((target(RTE_IMX_VECTOR))) void encodeGroup(Encoder& e, const uint8_t* words, unsigned count,
-                                                        const Group& group, const Around& around, bool wide)
+                                                        const Group& group, const Roles& r, __m256i previousHigh,
+                                                        bool wide)
 {
-  const Roles r = roles(group.small, group.fit, count, around.before, around.after, around.terminatorOdd);
-  const __m256i low = finalBytes(group.low, around.previousHigh, r.pair, r.last, r.token);
+  const __m256i low = finalBytes(group.low, previousHigh, r.pair, r.last, r.token);
   const __m256i high = finalBytes(group.high, group.low, r.pair >> 32, r.last >> 32, r.token >> 32);
   if (r.literals == 0 && wide)
   {
@@ -957,30 +982,31 @@ __attribute__((target(RTE_IMX_VECTOR))) uint8_t* encodeRowsGroups(const uint8_t*
     const std::size_t wordsAfterRow = (rows - row - 1) * columns;
     unsigned count = 0;
     Group group = classifyRowGroup(rowWords, columns, 0, row == 0, e.previous, count);
-    Around around;
-    around.previousHigh = _mm256_setzero_si256();
+    RowRuns runs(group.small);
+    std::size_t runEnd = 0; // where the run reaching past the group ends, once known
+    __m256i previous = _mm256_setzero_si256();
     for (std::size_t g = 0; g < groups; ++g)
     {
       unsigned nextCount = 0;
       const Group next = g + 1 < groups ? classifyRowGroup(rowWords, columns, g + 1, false, 0, nextCount) : Group{};
-      around.after = g + 1 < groups ? next.small : 0;
-      around.terminatorOdd = false;
-      if (group.small >> 63 != 0)
+      // The end of the run reaching past the group: in the next group or, found once for
+      // all the groups it passes, further on.
+      if (next.small != ~uint64_t{0})
+        runEnd = 64 * (g + 1) + static_cast<std::size_t>(__builtin_ctzll(~next.small));
+      else if (runEnd < 64 * (g + 2))
       {
-        // The run reaching past the group ends in the next group, or further on.
-        uint64_t later = around.after;
-        for (std::size_t h = g + 2; later == ~uint64_t{0}; ++h)
-        {
-          unsigned ignored = 0;
-          later = classifyRowGroup(rowWords, columns, h, false, 0, ignored).small;
-        }
-        around.terminatorOdd = (__builtin_ctzll(~later) & 1) != 0;
+        // Not the row's last group: that one's last word ends every run.
+        std::size_t h = g + 2;
+        unsigned ignored = 0;
+        uint64_t later = 0;
+        while ((later = classifyRowGroup(rowWords, columns, h, false, 0, ignored).small) == ~uint64_t{0})
+          ++h;
+        runEnd = 64 * h + static_cast<std::size_t>(__builtin_ctzll(~later));
       }
+      const Roles roles = runs.advance(group.fit, count, next.small, (runEnd & 1) != 0);
       const std::size_t wordsAfter = columns - 64 * g - count + wordsAfterRow;
-      const uint8_t* words = rowWords + 2 * 64 * g;
-      encodeGroup(e, words, count, group, around, wordsAfter >= 24);
-      around.before = group.small;
-      around.previousHigh = group.high;
+      encodeGroup(e, rowWords + 2 * 64 * g, count, group, roles, previous, wordsAfter >= 24);
+      previous = group.high;
       group = next;
       count = nextCount;
     }
@@ -997,7 +1023,7 @@ __attribute__((target(RTE_IMX_VECTOR))) uint8_t* encodeRowsGroups(const uint8_t*
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wuninitialized"
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-#define RTE_IMX_WIDE "avx2,bmi,bmi2,popcnt,avx512f,avx512bw,avx512vl,avx512vbmi,avx512vbmi2"
+#define RTE_IMX_WIDE "avx2,bmi,bmi2,popcnt,pclmul,avx512f,avx512bw,avx512vl,avx512vbmi,avx512vbmi2"
 
 bool wideLoops()
 {
@@ -1061,10 +1087,9 @@ classifyWideRowGroup(const uint8_t* rowWords, std::size_t columns, std::size_t g
 
 // encodeGroup with AVX-512; before: the delta bytes of the group before.
 __attribute__((target(RTE_IMX_WIDE))) void encodeWideGroup(Encoder& e, const uint8_t* words, unsigned count,
-                                                          const WideGroup& group, const Around& around,
-                                                          __m512i before, bool wide)
+                                                          const WideGroup& group, const Roles& r, __m512i before,
+                                                          bool wide)
 {
-  const Roles r = roles(group.small, group.fit, count, around.before, around.after, around.terminatorOdd);
   const __m512i deltas = group.bytes;
   // The delta before each word: byte i - 1, byte 63 of before for the first.
   alignas(64) static constexpr uint8_t previousIndex[64] = {
@@ -1119,29 +1144,31 @@ __attribute__((target(RTE_IMX_WIDE))) uint8_t* encodeRowsWide(const uint8_t* sou
     const std::size_t wordsAfterRow = (rows - row - 1) * columns;
     unsigned count = 0;
     WideGroup group = classifyWideRowGroup(rowWords, columns, 0, row == 0, e.previous, count);
-    Around around;
-    __m512i before = _mm512_setzero_si512();
+    RowRuns runs(group.small);
+    std::size_t runEnd = 0; // where the run reaching past the group ends, once known
+    __m512i previous = _mm512_setzero_si512();
     for (std::size_t g = 0; g < groups; ++g)
     {
       unsigned nextCount = 0;
-      const WideGroup next =
-          g + 1 < groups ? classifyWideRowGroup(rowWords, columns, g + 1, false, 0, nextCount) : WideGroup{};
-      around.after = g + 1 < groups ? next.small : 0;
-      around.terminatorOdd = false;
-      if (group.small >> 63 != 0)
+      const WideGroup next = g + 1 < groups ? classifyWideRowGroup(rowWords, columns, g + 1, false, 0, nextCount) : WideGroup{};
+      // The end of the run reaching past the group: in the next group or, found once for
+      // all the groups it passes, further on.
+      if (next.small != ~uint64_t{0})
+        runEnd = 64 * (g + 1) + static_cast<std::size_t>(__builtin_ctzll(~next.small));
+      else if (runEnd < 64 * (g + 2))
       {
-        uint64_t later = around.after;
-        for (std::size_t h = g + 2; later == ~uint64_t{0}; ++h)
-        {
-          unsigned ignored = 0;
-          later = classifyWideRowGroup(rowWords, columns, h, false, 0, ignored).small;
-        }
-        around.terminatorOdd = (__builtin_ctzll(~later) & 1) != 0;
+        // Not the row's last group: that one's last word ends every run.
+        std::size_t h = g + 2;
+        unsigned ignored = 0;
+        uint64_t later = 0;
+        while ((later = classifyWideRowGroup(rowWords, columns, h, false, 0, ignored).small) == ~uint64_t{0})
+          ++h;
+        runEnd = 64 * h + static_cast<std::size_t>(__builtin_ctzll(~later));
       }
+      const Roles roles = runs.advance(group.fit, count, next.small, (runEnd & 1) != 0);
       const std::size_t wordsAfter = columns - 64 * g - count + wordsAfterRow;
-      encodeWideGroup(e, rowWords + 2 * 64 * g, count, group, around, before, wordsAfter >= 24);
-      around.before = group.small;
-      before = group.bytes;
+      encodeWideGroup(e, rowWords + 2 * 64 * g, count, group, roles, previous, wordsAfter >= 24);
+      previous = group.bytes;
       group = next;
       count = nextCount;
     }
