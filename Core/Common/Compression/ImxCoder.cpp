@@ -10,6 +10,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -884,131 +885,193 @@ inline uint64_t bitRange(unsigned from, unsigned to)
   return (to == 64 ? ~uint64_t{0} : (uint64_t{1} << to) - 1) & ~((uint64_t{1} << from) - 1);
 }
 
-// Encodes one group of count (1..64) words from words (their delta bytes in group,
-// previousHigh those of the 32 words before) straight to their final bytes as r gives
-// them; literals fold as the word-by-word
-// encoder folds them. wide: the stores may reach 8 bytes past the group's bytes;
-// otherwise the bytes go one by one.
-__attribute__((target(RTE_IMX_VECTOR))) void encodeGroup(Encoder& e, const uint8_t* words, unsigned count,
-                                                        const Group& group, const Roles& r, __m256i previousHigh,
-                                                        bool wide)
+// The bits of one group of 64 words; its 64 delta bytes are kept apart.
+struct GroupBits
 {
-  const __m256i low = finalBytes(group.low, previousHigh, r.pair, r.last, r.token);
-  const __m256i high = finalBytes(group.high, group.low, r.pair >> 32, r.last >> 32, r.token >> 32);
-  if (r.literals == 0 && wide)
+  uint64_t fit, small;
+};
+
+// A stretch of groups of a row, classified before any of it is written, so that the
+// roles of every group are known from its neighbours' bits: the delta bytes of group i
+// at deltas + 64 * (i + 1), those of the group before the stretch at deltas.
+struct Stretch
+{
+  static constexpr std::size_t most = 64; // groups
+
+  const uint8_t* rowWords;
+  std::size_t columns;
+  std::size_t first; // the stretch's first group in the row
+  std::size_t groups;
+  alignas(64) uint8_t deltas[64 * (most + 2)];
+  GroupBits bits[most + 1]; // and the group after the stretch (0 past the row)
+  Roles roles[most];
+
+  unsigned count(std::size_t i) const
   {
-    if (e.pending != 0)
-      e.flushLiterals();
-    e.out = storeKept(low, high, r.keep, e.out);
-    return;
+    return static_cast<unsigned>(std::min<std::size_t>(64, columns - 64 * (first + i)));
   }
-  alignas(32) uint8_t bytes[64];
-  if (!wide)
+};
+
+
+// The group's small bits end at the row's last word, which closes any run.
+inline void maskGroup(GroupBits& bits, unsigned count, bool rowEnd)
+{
+  const uint64_t valid = count == 64 ? ~uint64_t{0} : (uint64_t{1} << count) - 1;
+  bits.fit &= valid;
+  bits.small &= valid;
+  if (rowEnd)
+    bits.small &= ~(uint64_t{1} << (count - 1));
+}
+
+// Copies count words and the word before them where the wide loads may read them.
+struct PaddedGroup
+{
+  alignas(64) uint8_t bytes[2 + 128 + 62] = {};
+  PaddedGroup(const uint8_t* words, unsigned count, unsigned before)
   {
-    _mm256_store_si256(reinterpret_cast<__m256i*>(bytes), low);
-    _mm256_store_si256(reinterpret_cast<__m256i*>(bytes + 32), high);
+    bytes[0] = static_cast<uint8_t>(before);
+    bytes[1] = static_cast<uint8_t>(before >> 8);
+    std::memcpy(bytes + 2, words, 2 * std::size_t{count});
   }
-  for (unsigned i = 0, end = 0, streakEnd = 0; i < count; i = streakEnd)
+  const uint8_t* words() const
   {
-    nextStretch(r.literals, count, i, end, streakEnd);
-    if (end > i)
+    return bytes + 2;
+  }
+};
+
+struct Avx2Groups
+{
+  __attribute__((target(RTE_IMX_VECTOR))) static void classify(const uint8_t* rowWords, std::size_t columns,
+                                                               std::size_t g, bool callStart, unsigned previous,
+                                                               GroupBits& bits, uint8_t* deltas)
+  {
+    const std::size_t firstWord = 64 * g;
+    const auto count = static_cast<unsigned>(std::min<std::size_t>(64, columns - firstWord));
+    const uint8_t* at = rowWords + 2 * firstWord;
+    Group group;
+    if (count == 64 && !(callStart && g == 0))
     {
-      if (e.pending != 0)
-        e.flushLiterals();
-      if (wide)
+      group = classifyGroup(at);
+    }
+    else
+    {
+      const PaddedGroup padded(at, count, g == 0 ? previous : loadWord(at - 2));
+      group = classifyGroup(padded.words());
+    }
+    _mm256_store_si256(reinterpret_cast<__m256i*>(deltas), group.low);
+    _mm256_store_si256(reinterpret_cast<__m256i*>(deltas + 32), group.high);
+    bits = {group.fit, group.small};
+    maskGroup(bits, count, firstWord + count == columns);
+  }
+
+  __attribute__((target(RTE_IMX_VECTOR))) static void write(Encoder& e, const Stretch& stretch,
+                                                            std::size_t narrowFrom)
+  {
+    for (std::size_t i = 0; i < stretch.groups; ++i)
+    {
+      const Roles& r = stretch.roles[i];
+      const uint8_t* deltas = stretch.deltas + 64 * (i + 1);
+      const __m256i low = finalBytes(load(deltas), load(deltas - 32), r.pair, r.last, r.token);
+      const __m256i high = finalBytes(load(deltas + 32), load(deltas), r.pair >> 32, r.last >> 32, r.token >> 32);
+      const bool wide = i < narrowFrom;
+      if (r.literals == 0 && wide)
       {
-        e.out = storeKept(low, high, r.keep & bitRange(i, end), e.out, i / 8, (end - 1) / 8);
+        if (e.pending != 0)
+          e.flushLiterals();
+        e.out = storeKept(low, high, r.keep, e.out);
+        continue;
       }
-      else
+      alignas(32) uint8_t bytes[64];
+      _mm256_store_si256(reinterpret_cast<__m256i*>(bytes), low);
+      _mm256_store_si256(reinterpret_cast<__m256i*>(bytes + 32), high);
+      const unsigned count = stretch.count(i);
+      const uint8_t* words = stretch.rowWords + 128 * (stretch.first + i);
+      for (unsigned k = 0, end = 0, streakEnd = 0; k < count; k = streakEnd)
       {
-        for (unsigned k = i; k < end; ++k)
-          if ((r.keep >> k & 1) != 0)
-            *e.out++ = bytes[k];
+        nextStretch(r.literals, count, k, end, streakEnd);
+        if (end > k)
+        {
+          if (e.pending != 0)
+            e.flushLiterals();
+          if (wide)
+          {
+            e.out = storeKept(low, high, r.keep & bitRange(k, end), e.out, k / 8, (end - 1) / 8);
+          }
+          else
+          {
+            for (unsigned j = k; j < end; ++j)
+              if ((r.keep >> j & 1) != 0)
+                *e.out++ = bytes[j];
+          }
+        }
+        for (unsigned j = end; j < streakEnd; ++j)
+          e.writeLiteral(loadWord(words + 2 * j));
       }
     }
-    for (unsigned k = end; k < streakEnd; ++k)
-      e.writeLiteral(loadWord(words + 2 * k));
   }
-}
+};
 
-// classifyGroup for count words copied first, with the word before them.
-__attribute__((target(RTE_IMX_VECTOR), noinline)) Group classifyCopy(const uint8_t* words, unsigned count,
-                                                                    unsigned before)
-{
-  alignas(32) uint8_t padded[2 + 128 + 2] = {};
-  padded[0] = static_cast<uint8_t>(before);
-  padded[1] = static_cast<uint8_t>(before >> 8);
-  std::memcpy(padded + 2, words, 2 * std::size_t{count});
-  return classifyGroup(padded + 2);
-}
-
-// Group g of a row (count: its words), its small bits ending at the row's last word,
-// which closes any run. A group that starts the call (first, previous: the running
-// value) or ends the row short is copied first, with the word before it, so that no load
-// reaches outside the source.
-__attribute__((target(RTE_IMX_VECTOR), always_inline)) inline Group classifyRowGroup(const uint8_t* rowWords, std::size_t columns,
-                                                              std::size_t g, bool first, unsigned previous,
-                                                              unsigned& count)
-{
-  const std::size_t firstWord = 64 * g;
-  count = static_cast<unsigned>(std::min<std::size_t>(64, columns - firstWord));
-  Group group;
-  if (count == 64 && !(first && g == 0))
-  {
-    group = classifyGroup(rowWords + 2 * firstWord);
-  }
-  else
-  {
-    group = classifyCopy(rowWords + 2 * firstWord, count, g == 0 ? previous : loadWord(rowWords + 2 * firstWord - 2));
-  }
-  const uint64_t valid = count == 64 ? ~uint64_t{0} : (uint64_t{1} << count) - 1;
-  group.small &= valid;
-  group.fit &= valid;
-  if (firstWord + count == columns)
-    group.small &= ~(uint64_t{1} << (count - 1));
-  return group;
-}
-
-// Encodes the rows group by group (see encodeGroup), with the masks of the next group
-// at hand for the runs that reach over a group's end.
-__attribute__((target(RTE_IMX_VECTOR))) uint8_t* encodeRowsGroups(const uint8_t* source, std::size_t rows,
-                                                                std::size_t columns, EncoderState& state, uint8_t* out)
+// Encodes the rows a stretch of groups at a time: the groups are classified (with the
+// group after the stretch, and as many more as a run reaching past the stretch needs to
+// find its end), their roles follow from the bits (see RowRuns), then the kernel writes
+// them.
+template <typename Kernel>
+__attribute__((target("bmi,bmi2,popcnt,pclmul"))) uint8_t*
+encodeRowsInGroups(const uint8_t* source, std::size_t rows, std::size_t columns, EncoderState& state, uint8_t* out)
 {
   Encoder e{out, state.previous, state.pending};
   const std::size_t groups = (columns + 63) / 64;
+  auto stretch = std::make_unique<Stretch>();
+  stretch->columns = columns;
   for (std::size_t row = 0; row < rows; ++row)
   {
     const uint8_t* const rowWords = source + 2 * columns * row;
     const std::size_t wordsAfterRow = (rows - row - 1) * columns;
-    unsigned count = 0;
-    Group group = classifyRowGroup(rowWords, columns, 0, row == 0, e.previous, count);
-    RowRuns runs(group.small);
-    std::size_t runEnd = 0; // where the run reaching past the group ends, once known
-    __m256i previous = _mm256_setzero_si256();
-    for (std::size_t g = 0; g < groups; ++g)
+    stretch->rowWords = rowWords;
+    std::memset(stretch->deltas, 0, 64);
+    std::optional<RowRuns> runs;
+    for (std::size_t first = 0; first < groups; first += Stretch::most)
     {
-      unsigned nextCount = 0;
-      const Group next = g + 1 < groups ? classifyRowGroup(rowWords, columns, g + 1, false, 0, nextCount) : Group{};
-      // The end of the run reaching past the group: in the next group or, found once for
-      // all the groups it passes, further on.
-      if (next.small != ~uint64_t{0})
-        runEnd = 64 * (g + 1) + static_cast<std::size_t>(__builtin_ctzll(~next.small));
-      else if (runEnd < 64 * (g + 2))
+      Stretch& s = *stretch;
+      s.first = first;
+      s.groups = std::min(Stretch::most, groups - first);
+      if (first != 0)
+        std::memcpy(s.deltas, s.deltas + 64 * Stretch::most, 64);
+      for (std::size_t i = 0; i < s.groups; ++i)
+        Kernel::classify(rowWords, columns, first + i, row == 0, e.previous, s.bits[i], s.deltas + 64 * (i + 1));
+      const std::size_t after = first + s.groups;
+      s.bits[s.groups] = GroupBits{0, 0};
+      if (after < groups)
+        Kernel::classify(rowWords, columns, after, false, 0, s.bits[s.groups], s.deltas + 64 * (s.groups + 1));
+      // Where the run reaching past each group ends (its first word that is not small),
+      // from the last group back; past the stretch, found by reading further groups.
+      std::size_t runEnd = 64 * (after + 1);
+      if (s.bits[s.groups].small == ~uint64_t{0})
       {
-        // Not the row's last group: that one's last word ends every run.
-        std::size_t h = g + 2;
-        unsigned ignored = 0;
-        uint64_t later = 0;
-        while ((later = classifyRowGroup(rowWords, columns, h, false, 0, ignored).small) == ~uint64_t{0})
-          ++h;
-        runEnd = 64 * h + static_cast<std::size_t>(__builtin_ctzll(~later));
+        GroupBits later{};
+        alignas(64) uint8_t ignored[64];
+        std::size_t h = after; // never past the row: its last word ends every run
+        do
+          Kernel::classify(rowWords, columns, ++h, false, 0, later, ignored);
+        while (later.small == ~uint64_t{0});
+        runEnd = 64 * h + static_cast<std::size_t>(__builtin_ctzll(~later.small));
       }
-      const Roles roles = runs.advance(group.fit, count, next.small, (runEnd & 1) != 0);
-      const std::size_t wordsAfter = columns - 64 * g - count + wordsAfterRow;
-      encodeGroup(e, rowWords + 2 * 64 * g, count, group, roles, previous, wordsAfter >= 24);
-      previous = group.high;
-      group = next;
-      count = nextCount;
+      uint64_t endOdd = 0; // bit i for group i
+      for (std::size_t i = s.groups; i-- > 0;)
+      {
+        const uint64_t next = s.bits[i + 1].small;
+        runEnd = next != ~uint64_t{0} ? 64 * (first + i + 1) + static_cast<std::size_t>(__builtin_ctzll(~next)) : runEnd;
+        endOdd |= uint64_t{runEnd & 1} << i;
+      }
+      if (!runs)
+        runs.emplace(s.bits[0].small);
+      for (std::size_t i = 0; i < s.groups; ++i)
+        s.roles[i] = runs->advance(s.bits[i].fit, s.count(i), s.bits[i + 1].small, (endOdd >> i & 1) != 0);
+      // Groups whose wide stores would reach past the 3 bytes per word of the call.
+      std::size_t narrowFrom = s.groups;
+      while (narrowFrom > 0 && columns - 64 * (first + narrowFrom - 1) - s.count(narrowFrom - 1) + wordsAfterRow < 24)
+        --narrowFrom;
+      Kernel::write(e, s, narrowFrom);
     }
     e.previous = loadWord(rowWords + 2 * (columns - 1));
   }
@@ -1057,136 +1120,103 @@ __attribute__((target(RTE_IMX_WIDE))) inline WideGroup classifyWide(const uint8_
   return {bytes, fit, small};
 }
 
-__attribute__((target(RTE_IMX_WIDE), noinline)) WideGroup classifyWideCopy(const uint8_t* words, unsigned count,
-                                                                          unsigned before)
+struct WideGroups
 {
-  alignas(64) uint8_t padded[2 + 128 + 2] = {};
-  padded[0] = static_cast<uint8_t>(before);
-  padded[1] = static_cast<uint8_t>(before >> 8);
-  std::memcpy(padded + 2, words, 2 * std::size_t{count});
-  return classifyWide(padded + 2);
-}
-
-__attribute__((target(RTE_IMX_WIDE), always_inline)) inline WideGroup
-classifyWideRowGroup(const uint8_t* rowWords, std::size_t columns, std::size_t g, bool first, unsigned previous,
-                     unsigned& count)
-{
-  const std::size_t firstWord = 64 * g;
-  count = static_cast<unsigned>(std::min<std::size_t>(64, columns - firstWord));
-  WideGroup group = count == 64 && !(first && g == 0)
-                        ? classifyWide(rowWords + 2 * firstWord)
-                        : classifyWideCopy(rowWords + 2 * firstWord, count,
-                                           g == 0 ? previous : loadWord(rowWords + 2 * firstWord - 2));
-  const uint64_t valid = count == 64 ? ~uint64_t{0} : (uint64_t{1} << count) - 1;
-  group.small &= valid;
-  group.fit &= valid;
-  if (firstWord + count == columns)
-    group.small &= ~(uint64_t{1} << (count - 1));
-  return group;
-}
-
-// encodeGroup with AVX-512; before: the delta bytes of the group before.
-__attribute__((target(RTE_IMX_WIDE))) void encodeWideGroup(Encoder& e, const uint8_t* words, unsigned count,
-                                                          const WideGroup& group, const Roles& r, __m512i before,
-                                                          bool wide)
-{
-  const __m512i deltas = group.bytes;
-  // The delta before each word: byte i - 1, byte 63 of before for the first.
-  alignas(64) static constexpr uint8_t previousIndex[64] = {
-      127, 0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20,
-      21,  22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42,
-      43,  44, 45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56, 57, 58, 59, 60, 61, 62};
-  const __m512i previous = _mm512_permutex2var_epi8(deltas, _mm512_load_si512(previousIndex), before);
-  const __m512i highNibbles = _mm512_set1_epi8(static_cast<char>(0xF0));
-  // (a & 0xF0) | (b & 0x0F): bit select by the constant (ternary logic 0xE4: c ? a : b).
-  const __m512i pairs = _mm512_ternarylogic_epi32(_mm512_slli_epi16(previous, 4), deltas, highNibbles, 0xE4);
-  const __m512i ends =
-      _mm512_ternarylogic_epi32(_mm512_slli_epi16(deltas, 4), _mm512_set1_epi8(nibbleEnd), highNibbles, 0xE4);
-  __m512i bytes = _mm512_mask_mov_epi8(deltas, r.pair, pairs);
-  bytes = _mm512_mask_mov_epi8(bytes, r.last, ends);
-  bytes = _mm512_mask_mov_epi8(bytes, r.token, _mm512_set1_epi8(static_cast<char>(nibbleToken)));
-  alignas(64) uint8_t kept[64];
-  for (unsigned i = 0, end = 0, streakEnd = 0; i < count; i = streakEnd)
+  __attribute__((target(RTE_IMX_WIDE))) static void classify(const uint8_t* rowWords, std::size_t columns,
+                                                             std::size_t g, bool callStart, unsigned previous,
+                                                             GroupBits& bits, uint8_t* deltas)
   {
-    nextStretch(r.literals, count, i, end, streakEnd);
-    if (end > i)
+    const std::size_t firstWord = 64 * g;
+    const auto count = static_cast<unsigned>(std::min<std::size_t>(64, columns - firstWord));
+    const uint8_t* at = rowWords + 2 * firstWord;
+    WideGroup group;
+    if (count == 64 && !(callStart && g == 0))
     {
-      if (e.pending != 0)
-        e.flushLiterals();
-      const uint64_t keep = r.keep & bitRange(i, end);
-      const __m512i packed = _mm512_maskz_compress_epi8(keep, bytes);
-      const auto size = static_cast<std::size_t>(__builtin_popcountll(keep));
-      if (wide)
-      {
-        _mm512_storeu_si512(e.out, packed);
-      }
-      else
-      {
-        _mm512_store_si512(kept, packed);
-        std::memcpy(e.out, kept, size);
-      }
-      e.out += size;
+      group = classifyWide(at);
     }
-    for (unsigned k = end; k < streakEnd; ++k)
-      e.writeLiteral(loadWord(words + 2 * k));
+    else
+    {
+      const PaddedGroup padded(at, count, g == 0 ? previous : loadWord(at - 2));
+      group = classifyWide(padded.words());
+    }
+    _mm512_store_si512(deltas, group.bytes);
+    bits = {group.fit, group.small};
+    maskGroup(bits, count, firstWord + count == columns);
   }
-}
 
-// encodeRowsGroups with AVX-512.
-__attribute__((target(RTE_IMX_WIDE))) uint8_t* encodeRowsWide(const uint8_t* source, std::size_t rows,
-                                                             std::size_t columns, EncoderState& state, uint8_t* out)
-{
-  Encoder e{out, state.previous, state.pending};
-  const std::size_t groups = (columns + 63) / 64;
-  for (std::size_t row = 0; row < rows; ++row)
+  __attribute__((target(RTE_IMX_WIDE))) static void write(Encoder& e, const Stretch& stretch, std::size_t narrowFrom)
   {
-    const uint8_t* const rowWords = source + 2 * columns * row;
-    const std::size_t wordsAfterRow = (rows - row - 1) * columns;
-    unsigned count = 0;
-    WideGroup group = classifyWideRowGroup(rowWords, columns, 0, row == 0, e.previous, count);
-    RowRuns runs(group.small);
-    std::size_t runEnd = 0; // where the run reaching past the group ends, once known
-    __m512i previous = _mm512_setzero_si512();
-    for (std::size_t g = 0; g < groups; ++g)
+    // The delta before each word: byte i - 1, byte 63 of the group before for the first.
+    alignas(64) static constexpr uint8_t previousIndex[64] = {
+        127, 0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20,
+        21,  22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42,
+        43,  44, 45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56, 57, 58, 59, 60, 61, 62};
+    const __m512i toPrevious = _mm512_load_si512(previousIndex);
+    const __m512i highNibbles = _mm512_set1_epi8(static_cast<char>(0xF0));
+    const __m512i endNibble = _mm512_set1_epi8(nibbleEnd);
+    const __m512i token = _mm512_set1_epi8(static_cast<char>(nibbleToken));
+    for (std::size_t i = 0; i < stretch.groups; ++i)
     {
-      unsigned nextCount = 0;
-      const WideGroup next = g + 1 < groups ? classifyWideRowGroup(rowWords, columns, g + 1, false, 0, nextCount) : WideGroup{};
-      // The end of the run reaching past the group: in the next group or, found once for
-      // all the groups it passes, further on.
-      if (next.small != ~uint64_t{0})
-        runEnd = 64 * (g + 1) + static_cast<std::size_t>(__builtin_ctzll(~next.small));
-      else if (runEnd < 64 * (g + 2))
+      const Roles& r = stretch.roles[i];
+      const __m512i deltas = _mm512_load_si512(stretch.deltas + 64 * (i + 1));
+      const __m512i previous =
+          _mm512_permutex2var_epi8(deltas, toPrevious, _mm512_load_si512(stretch.deltas + 64 * i));
+      // (a & 0xF0) | (b & 0x0F): a bit select by the third operand (ternary logic 0xE4).
+      const __m512i pairs = _mm512_ternarylogic_epi32(_mm512_slli_epi16(previous, 4), deltas, highNibbles, 0xE4);
+      const __m512i ends = _mm512_ternarylogic_epi32(_mm512_slli_epi16(deltas, 4), endNibble, highNibbles, 0xE4);
+      __m512i bytes = _mm512_mask_mov_epi8(deltas, r.pair, pairs);
+      bytes = _mm512_mask_mov_epi8(bytes, r.last, ends);
+      bytes = _mm512_mask_mov_epi8(bytes, r.token, token);
+      const bool wide = i < narrowFrom;
+      if (r.literals == 0 && wide)
       {
-        // Not the row's last group: that one's last word ends every run.
-        std::size_t h = g + 2;
-        unsigned ignored = 0;
-        uint64_t later = 0;
-        while ((later = classifyWideRowGroup(rowWords, columns, h, false, 0, ignored).small) == ~uint64_t{0})
-          ++h;
-        runEnd = 64 * h + static_cast<std::size_t>(__builtin_ctzll(~later));
+        if (e.pending != 0)
+          e.flushLiterals();
+        _mm512_storeu_si512(e.out, _mm512_maskz_compress_epi8(r.keep, bytes));
+        e.out += __builtin_popcountll(r.keep);
+        continue;
       }
-      const Roles roles = runs.advance(group.fit, count, next.small, (runEnd & 1) != 0);
-      const std::size_t wordsAfter = columns - 64 * g - count + wordsAfterRow;
-      encodeWideGroup(e, rowWords + 2 * 64 * g, count, group, roles, previous, wordsAfter >= 24);
-      previous = group.bytes;
-      group = next;
-      count = nextCount;
+      const unsigned count = stretch.count(i);
+      const uint8_t* words = stretch.rowWords + 128 * (stretch.first + i);
+      for (unsigned k = 0, end = 0, streakEnd = 0; k < count; k = streakEnd)
+      {
+        nextStretch(r.literals, count, k, end, streakEnd);
+        if (end > k)
+        {
+          if (e.pending != 0)
+            e.flushLiterals();
+          const uint64_t keep = r.keep & bitRange(k, end);
+          const __m512i packed = _mm512_maskz_compress_epi8(keep, bytes);
+          const auto size = static_cast<std::size_t>(__builtin_popcountll(keep));
+          if (wide)
+          {
+            _mm512_storeu_si512(e.out, packed);
+          }
+          else
+          {
+            alignas(64) uint8_t kept[64];
+            _mm512_store_si512(kept, packed);
+            std::memcpy(e.out, kept, size);
+          }
+          e.out += size;
+        }
+        for (unsigned j = end; j < streakEnd; ++j)
+          e.writeLiteral(loadWord(words + 2 * j));
+      }
     }
-    e.previous = loadWord(rowWords + 2 * (columns - 1));
   }
-  state.previous = e.previous;
-  state.pending = e.pending;
-  return e.out;
-}
+};
 #pragma GCC diagnostic pop
 
 #endif
 
 // Whether the group encoder is the faster one for these words, judged from up to 16
-// groups spread over them: it costs the same for every group without literals, while
-// the block encoder's cost grows with the nibble blocks that close (one per 20 words or
-// so in a flat field) and the group encoder's with the literals.
-__attribute__((target(RTE_IMX_VECTOR))) bool groupsPay(const uint8_t* source, std::size_t words)
+// groups spread over them. It costs about the same for every group without literals,
+// the block encoder less for long stretches of one-byte deltas and more for every nibble
+// block it closes (one per 20 words or so in a flat field); literals cost the group
+// encoder most. With AVX-512 (wide) the group encoder is the faster one wherever
+// literals are rare.
+__attribute__((target(RTE_IMX_VECTOR))) bool groupsPay(const uint8_t* source, std::size_t words, bool wide)
 {
   if (words < 2 * 64 + 2)
     return false;
@@ -1200,8 +1230,7 @@ __attribute__((target(RTE_IMX_VECTOR))) bool groupsPay(const uint8_t* source, st
     literals += static_cast<unsigned>(__builtin_popcountll(~group.fit));
     closes += static_cast<unsigned>(__builtin_popcountll(inLong & ~(inLong >> 1)));
   }
-
-  return literals <= samples && closes >= 2 * samples;
+  return literals <= samples && (wide || closes >= 2 * samples);
 }
 
 uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns, EncoderState& state, uint8_t* out)
@@ -1210,12 +1239,13 @@ uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns
   if (vectorLoops())
   {
     const VectorEncoder chosen = vectorEncoder.load(std::memory_order_relaxed);
+    const bool wide = wideLoops();
     if (chosen == VectorEncoder::Blocks ||
-        (chosen == VectorEncoder::Chosen && !groupsPay(source, rows * columns)))
+        (chosen == VectorEncoder::Chosen && !groupsPay(source, rows * columns, wide)))
       return encodeRowsBlocks(source, rows, columns, state, out);
-    if (wideLoops())
-      return encodeRowsWide(source, rows, columns, state, out);
-    return encodeRowsGroups(source, rows, columns, state, out);
+    if (wide)
+      return encodeRowsInGroups<WideGroups>(source, rows, columns, state, out);
+    return encodeRowsInGroups<Avx2Groups>(source, rows, columns, state, out);
   }
 #endif
   return encodeRowsPortable(source, rows, columns, state, out);
