@@ -1846,23 +1846,20 @@ decodeNibblesAvx2(const uint8_t*& p, const uint8_t* end, uint8_t*& o, const uint
   return false;
 }
 
-// 32 token bytes at a time: when none of them is 0x7F, 0x80 or 0x81 they are 32 deltas:
+// From p, until the first token at or after until (nullptr: to the end): 32 token
+// bytes at a time. When
+// none of them is 0x7F, 0x80 or 0x81 they are 32 deltas:
 // widened, prefix-summed and added to the running value, 64 bytes stored. Otherwise the
 // deltas before the first token byte count (all 64 bytes are stored all the same; the
 // destination has room), and a single literal after them is taken on the spot. The
 // wide loads and stores need 64 bytes of source and destination left; the plain way
 // does the rest, checking every token.
-__attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t* source, std::size_t sourceSize,
-                                                                uint8_t* destination, std::size_t words,
-                                                                std::size_t& consumed)
+__attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t*& p, const uint8_t* end,
+                                                                uint8_t*& o, uint8_t* outEnd, unsigned& value,
+                                                                const uint8_t* until)
 {
-  const uint8_t* p = source;
-  const uint8_t* const end = source + sourceSize;
-  uint8_t* o = destination;
-  uint8_t* const outEnd = destination + 2 * words;
-  unsigned value = 0;
   DecodeResult result = DecodeResult::Ok;
-  while (o < outEnd)
+  while (o < outEnd && (until == nullptr || p < until))
   {
     // Room for the 64 bytes of a token mask and 32 words.
     bool inNibbles = false; // the fast loop stopped inside a nibble block
@@ -1927,7 +1924,7 @@ __attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t* s
             known -= static_cast<int>(plain + 3);
           }
         }
-        if (end - p < 64 || outEnd - o < 64)
+        if (end - p < 64 || outEnd - o < 64 || (until != nullptr && p >= until))
         {
           value = static_cast<unsigned>(_mm256_extract_epi16(running, 0)) & 0xFFFF;
           break;
@@ -1945,8 +1942,170 @@ __attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t* s
     if (!decodeToken(p, end, o, outEnd, value, result))
       break;
   }
+  return result;
+}
+
+__attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t* source, std::size_t sourceSize,
+                                                                uint8_t* destination, std::size_t words,
+                                                                std::size_t& consumed)
+{
+  const uint8_t* p = source;
+  uint8_t* o = destination;
+  unsigned value = 0;
+  const uint8_t* const end = source + sourceSize;
+  const DecodeResult result = decodeAvx2(p, end, o, destination + 2 * words, value, nullptr);
   consumed = static_cast<std::size_t>(p - source);
   return result;
+}
+
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wuninitialized"
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+
+// Adds up count one-byte deltas (count at least 1) onto the running value and writes
+// the words at o, 32 at a time: the last store may write up to 31 words past them.
+__attribute__((target(RTE_IMX_VECTOR))) void sumDeltas(const uint8_t* deltas, std::size_t count, uint8_t*& o,
+                                                       unsigned& value)
+{
+  __m256i running = _mm256_set1_epi16(static_cast<short>(value));
+  for (std::size_t i = 0; i < count; i += 32)
+  {
+    const Sums sums = prefixSums(load(deltas + i));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 2 * i), _mm256_add_epi16(sums.low, running));
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 2 * i + 32), _mm256_add_epi16(sums.high, running));
+    running = _mm256_add_epi16(running, broadcastLast(sums.high));
+  }
+  o += 2 * count;
+  value = loadWord(o - 2);
+}
+
+// The decoder with AVX-512, 64 token bytes at a time. A nibble block runs from its 0x81
+// to the first byte after it whose low nibble is 8, which the carry of an addition finds:
+// adding the token bits to the bits of the other bytes carries from each token through
+// to its block's last byte, and on into the next 64 bytes while a block is open. Every
+// byte then gives its deltas: a plain delta byte one, a block's pair byte two, its last
+// byte one, its token none. They are spread out (first, second) and packed by two
+// compress instructions into one delta per word, which a second loop adds up into words
+// a few thousand at a time. Literal tokens (0x80 outside and 0x7F outside blocks) stop
+// the wide loop: the bytes before them are taken, the token goes the plain way. So does
+// a 0x81 inside a block, which only a damaged stream holds (the plain way takes it as a
+// pair of deltas), and the last 160 words, so that the words of 64 bytes always fit.
+__attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeWide(const uint8_t* source, std::size_t sourceSize,
+                                                             uint8_t* destination, std::size_t words,
+                                                             std::size_t& consumed)
+{
+  constexpr std::size_t pendingMost = 4096;
+  alignas(64) uint8_t deltas[pendingMost + 128 + 64];
+  std::size_t pending = 0; // deltas not yet added up
+  const uint8_t* p = source;
+  const uint8_t* const end = source + sourceSize;
+  uint8_t* o = destination;
+  uint8_t* const outEnd = destination + 2 * words;
+  unsigned value = 0;
+  bool inBlock = false; // p is inside a nibble block (after its 0x81)
+  DecodeResult result = DecodeResult::Ok;
+
+  const __m512i signedNibble = _mm512_broadcast_i32x4(_mm_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, -8, -7, -6, -5, -4, -3, -2, -1));
+  const __m512i low4 = _mm512_set1_epi8(0x0F);
+  // Byte pairs (first, second) of bytes 0-31 and of 32-63.
+  alignas(64) static constexpr uint8_t spreadLow[64] = {
+      0,  64, 1,  65, 2,  66, 3,  67, 4,  68, 5,  69, 6,  70, 7,  71, 8,  72, 9,  73, 10, 74,
+      11, 75, 12, 76, 13, 77, 14, 78, 15, 79, 16, 80, 17, 81, 18, 82, 19, 83, 20, 84, 21, 85,
+      22, 86, 23, 87, 24, 88, 25, 89, 26, 90, 27, 91, 28, 92, 29, 93, 30, 94, 31, 95};
+  const __m512i toLow = _mm512_load_si512(spreadLow);
+  const __m512i toHigh = _mm512_add_epi8(toLow, _mm512_set1_epi8(32));
+  while (o < outEnd)
+  {
+    const std::size_t produced = static_cast<std::size_t>(o - destination) / 2 + pending;
+    if (end - p >= 64 && words - produced > 160)
+    {
+      const __m512i bytes = _mm512_loadu_si512(p);
+      const uint64_t tokens = _mm512_cmpeq_epi8_mask(bytes, _mm512_set1_epi8(static_cast<char>(nibbleToken)));
+      const uint64_t ends = _mm512_cmpeq_epi8_mask(_mm512_and_si512(bytes, low4), _mm512_set1_epi8(nibbleEnd));
+      const uint64_t literals = _mm512_cmpeq_epi8_mask(bytes, _mm512_set1_epi8(static_cast<char>(literalToken))) |
+                                _mm512_cmpeq_epi8_mask(bytes, _mm512_set1_epi8(literalRunToken));
+      unsigned long long sum = 0;
+      const bool carry = _addcarry_u64(inBlock, ~ends, tokens, &sum) != 0;
+      const uint64_t blocks = sum ^ ~ends;      // each block's token through its last byte
+      const uint64_t inside = blocks & ~tokens; // its pair bytes and last byte
+      // A 0x81 after a block's token or pair byte is a pair byte: the plain way decides.
+      const uint64_t stray = tokens & (((blocks & ~ends) << 1) | uint64_t{inBlock});
+      const uint64_t stops = (literals & ~inside) | stray;
+      const unsigned taken = stops == 0 ? 64 : static_cast<unsigned>(__builtin_ctzll(stops));
+      if (taken > 0)
+      {
+        const uint64_t range = taken == 64 ? ~uint64_t{0} : (uint64_t{1} << taken) - 1;
+        const __m512i high = _mm512_shuffle_epi8(signedNibble, _mm512_and_si512(_mm512_srli_epi16(bytes, 4), low4));
+        const __m512i low = _mm512_shuffle_epi8(signedNibble, _mm512_and_si512(bytes, low4));
+        const __m512i first = _mm512_mask_mov_epi8(bytes, inside, high);
+        const uint64_t firstKept = ~tokens & range, secondKept = inside & ~ends & range;
+        const uint64_t keepLow = _pdep_u64(firstKept, 0x5555555555555555ull) |
+                                 _pdep_u64(secondKept, 0xAAAAAAAAAAAAAAAAull);
+        const uint64_t keepHigh = _pdep_u64(firstKept >> 32, 0x5555555555555555ull) |
+                                  _pdep_u64(secondKept >> 32, 0xAAAAAAAAAAAAAAAAull);
+        _mm512_storeu_si512(deltas + pending,
+                            _mm512_maskz_compress_epi8(keepLow, _mm512_permutex2var_epi8(first, toLow, low)));
+        pending += static_cast<std::size_t>(__builtin_popcountll(keepLow));
+        _mm512_storeu_si512(deltas + pending,
+                            _mm512_maskz_compress_epi8(keepHigh, _mm512_permutex2var_epi8(first, toHigh, low)));
+        pending += static_cast<std::size_t>(__builtin_popcountll(keepHigh));
+        p += taken;
+        // Still in a block after the last byte taken: one that runs on, or a stray 0x81's.
+        inBlock = taken == 64 ? carry : ((blocks & ~ends) >> (taken - 1) & 1) != 0;
+        if (pending >= pendingMost)
+        {
+          sumDeltas(deltas, pending, o, value);
+          pending = 0;
+        }
+        if (taken == 64)
+          continue;
+      }
+      if (!inBlock && __builtin_popcountll(literals & ~inside) >= 3)
+      {
+        // Literals close together: the next stretch goes the AVX2 way, which takes a
+        // literal on the spot.
+        if (pending != 0)
+        {
+          sumDeltas(deltas, pending, o, value);
+          pending = 0;
+        }
+        result = decodeAvx2(p, end, o, outEnd, value, p + 256);
+        if (result != DecodeResult::Ok)
+          break;
+        continue;
+      }
+    }
+    // The plain way, one token (or the rest of a block) at a time.
+    if (pending != 0)
+    {
+      sumDeltas(deltas, pending, o, value);
+      pending = 0;
+    }
+    if (inBlock)
+    {
+      inBlock = false;
+      if (!decodeNibbles(p, end, o, outEnd, value, result))
+        break;
+      continue;
+    }
+    if (!decodeToken(p, end, o, outEnd, value, result))
+      break;
+  }
+  if (pending != 0 && result == DecodeResult::Ok)
+    sumDeltas(deltas, pending, o, value);
+  consumed = static_cast<std::size_t>(p - source);
+  return result;
+}
+#pragma GCC diagnostic pop
+
+// Whether literal tokens make more than 1 in 64 of the stream's first 4 KiB: then the
+// AVX2 decoder, which takes a literal on the spot, is the faster one. (A literal word's
+// bytes are counted too; they are as likely as any other.)
+bool literalsDense(const uint8_t* source, std::size_t size)
+{
+  const std::size_t sampled = std::min<std::size_t>(size, 4096);
+  const auto tokens = std::count_if(source, source + sampled, [](uint8_t b) { return b == literalToken || b == literalRunToken; });
+  return static_cast<std::size_t>(tokens) * 64 > sampled;
 }
 
 #endif
@@ -1957,6 +2116,8 @@ DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* dest
                     std::size_t& consumed)
 {
 #if defined(RTE_IMX_X86)
+  if (wideLoops() && !literalsDense(source, sourceSize))
+    return decodeWide(source, sourceSize, destination, words, consumed);
   if (vectorLoops())
     return decodeAvx2(source, sourceSize, destination, words, consumed);
 #endif
