@@ -302,18 +302,18 @@ MakeCodec imx(bool parallel)
     benchmark::RegisterBenchmark(("memcpy/" + n).c_str(), memcpyBench, image);
     // vector false: the portable loops; imx: which IMX encoder and whether AVX-512 may run.
     const auto both = [&](const std::string& codec, const MakeCodec& make, bool vector,
-                          RTE::ImxCoder::VectorEncoder imx = RTE::ImxCoder::VectorEncoder::Chosen, bool wide = true)
+                          RTE::ImxCoder::VectorLoops imx = RTE::ImxCoder::VectorLoops::Chosen, bool wide = true)
     {
       for (bool compress : {true, false})
         benchmark::RegisterBenchmark((codec + (compress ? "/compress/" : "/decompress/") + n).c_str(),
                                      [make, vector, compress, imx, wide, &image](benchmark::State& state)
                                      {
                                        RTE::PackKernels::setPortableOnly(!vector);
-                                       RTE::ImxCoder::setVectorEncoder(imx);
+                                       RTE::ImxCoder::setVectorLoops(imx);
                                        RTE::ImxCoder::allowAvx512(wide);
                                        codecBench(state, image, make, compress);
                                        RTE::ImxCoder::allowAvx512(true);
-                                       RTE::ImxCoder::setVectorEncoder(RTE::ImxCoder::VectorEncoder::Chosen);
+                                       RTE::ImxCoder::setVectorLoops(RTE::ImxCoder::VectorLoops::Chosen);
                                        RTE::PackKernels::setPortableOnly(false);
                                      });
     };
@@ -324,10 +324,10 @@ MakeCodec imx(bool parallel)
     both("FixedBits12", fixedBits(12), true);
     both("FixedBits12-portable", fixedBits(12), false);
     both("IMX", imx(false), true);
-    both("IMX-avx2", imx(false), true, RTE::ImxCoder::VectorEncoder::Chosen, false);
-    both("IMX-blocks", imx(false), true, RTE::ImxCoder::VectorEncoder::Blocks);
-    both("IMX-groups", imx(false), true, RTE::ImxCoder::VectorEncoder::Groups);
-    both("IMX-groups-avx2", imx(false), true, RTE::ImxCoder::VectorEncoder::Groups, false);
+    both("IMX-avx2", imx(false), true, RTE::ImxCoder::VectorLoops::Chosen, false);
+    both("IMX-blocks", imx(false), true, RTE::ImxCoder::VectorLoops::Blocks);
+    both("IMX-groups", imx(false), true, RTE::ImxCoder::VectorLoops::Groups);
+    both("IMX-groups-avx2", imx(false), true, RTE::ImxCoder::VectorLoops::Groups, false);
     both("IMX-portable", imx(false), false);
     // Wall-clock time of the row-parallel encoder on one and on two threads.
     for (unsigned threads : {1u, 2u})

@@ -183,20 +183,52 @@ std::vector<uint16_t> lowNoiseImage(std::size_t words, double spread, unsigned s
   return image;
 }
 
-// Encodes with the vector loops and the portable ones, checks both streams against the
-// rules and that both decoders give the image back.
+// The loops this machine can run, each switched on in turn: the portable ones, the AVX2
+// block encoder and decoder, the AVX2 group encoder, and where the processor has it the
+// AVX-512 group encoder and decoder; last the default choice.
+struct Loops
+{
+  const char* name;
+  bool portable;
+  RTE::ImxCoder::VectorLoops choice;
+  bool wide;
+};
+
+template <typename Check>
+void forEachLoops(const Check& check)
+{
+  using RTE::ImxCoder::VectorLoops;
+  std::vector<Loops> all{{"portable", true, VectorLoops::Chosen, false},
+                         {"AVX2 blocks", false, VectorLoops::Blocks, false},
+                         {"AVX2 groups", false, VectorLoops::Groups, false}};
+  if (RTE::ImxCoder::hasAvx512())
+    all.push_back({"AVX-512 groups", false, VectorLoops::Groups, true});
+  all.push_back({"chosen", false, VectorLoops::Chosen, true});
+  for (const Loops& loops : all)
+  {
+    SCOPED_TRACE(loops.name);
+    RTE::PackKernels::setPortableOnly(loops.portable);
+    RTE::ImxCoder::setVectorLoops(loops.choice);
+    RTE::ImxCoder::allowAvx512(loops.wide);
+    check();
+    RTE::ImxCoder::allowAvx512(true);
+    RTE::ImxCoder::setVectorLoops(VectorLoops::Chosen);
+    RTE::PackKernels::setPortableOnly(false);
+  }
+}
+
+// Encodes with every set of loops, checks each stream against the rules and that each
+// decoder gives the image back.
 void expectAllLoopsAgree(const std::vector<uint16_t>& image, std::size_t columns)
 {
   const Bytes expected = referenceStream(image, columns);
   const auto c = static_cast<qlonglong>(columns), r = static_cast<qlonglong>(image.size() / columns);
-  for (bool portable : {false, true})
-  {
-    SCOPED_TRACE(portable ? "portable" : "vector");
-    RTE::PackKernels::setPortableOnly(portable);
-    EXPECT_EQ(imx(image, c, r), expected);
-    EXPECT_EQ(unimx(expected, c, r), image);
-    RTE::PackKernels::setPortableOnly(false);
-  }
+  forEachLoops(
+      [&]
+      {
+        EXPECT_EQ(imx(image, c, r), expected);
+        EXPECT_EQ(unimx(expected, c, r), image);
+      });
 }
 
 } // namespace
@@ -233,28 +265,27 @@ TEST(C_IMX, VectorAndPortableLoopsWriteAndReadTheSameStreams)
     std::size_t columns, rows;
   } shapes[] = {{1, 300}, {2, 150}, {31, 20}, {32, 20}, {33, 20}, {34, 19},  {47, 13}, {48, 13},
                 {49, 13}, {64, 11}, {65, 11}, {97, 9},  {200, 7}, {1000, 3}, {4099, 1}};
-  for (bool portable : {false, true})
-    for (const auto& shape : shapes)
-      for (unsigned seed = 0; seed < 6; ++seed)
-      {
-        SCOPED_TRACE(testing::Message() << (portable ? "portable, " : "vector, ") << shape.columns << " x "
-                                        << shape.rows << ", seed " << seed);
-        RTE::PackKernels::setPortableOnly(portable);
-        const std::vector<uint16_t> image = stretchedImage(shape.columns * shape.rows, seed * 131 + shape.columns);
-        const Bytes expected = referenceStream(image, shape.columns);
-        const auto columns = static_cast<qlonglong>(shape.columns), rows = static_cast<qlonglong>(shape.rows);
-        const Bytes stream = imx(image, columns, rows);
-        EXPECT_EQ(stream, expected);
-        RTE::ImxCoder::setParallelThreads(2 + seed % 3);
-        EXPECT_EQ(imx(image, columns, rows, true), expected);
-        RTE::ImxCoder::setParallelThreads(0);
-        EXPECT_EQ(unimx(expected, columns, rows), image);
-        // A stream cut anywhere in its last 70 bytes ends inside the block.
-        for (std::size_t cut = 1; cut <= std::min<std::size_t>(70, expected.size()); ++cut)
-          unimx(Bytes(expected.begin(), expected.end() - static_cast<std::ptrdiff_t>(cut)), columns, rows,
-                I_Compression::ErrorSourceTooShort);
-        RTE::PackKernels::setPortableOnly(false);
-      }
+  for (const auto& shape : shapes)
+    for (unsigned seed = 0; seed < 6; ++seed)
+    {
+      SCOPED_TRACE(testing::Message() << shape.columns << " x " << shape.rows << ", seed " << seed);
+      const std::vector<uint16_t> image = stretchedImage(shape.columns * shape.rows, seed * 131 + shape.columns);
+      const Bytes expected = referenceStream(image, shape.columns);
+      const auto columns = static_cast<qlonglong>(shape.columns), rows = static_cast<qlonglong>(shape.rows);
+      forEachLoops(
+          [&]
+          {
+            EXPECT_EQ(imx(image, columns, rows), expected);
+            RTE::ImxCoder::setParallelThreads(2 + seed % 3);
+            EXPECT_EQ(imx(image, columns, rows, true), expected);
+            RTE::ImxCoder::setParallelThreads(0);
+            EXPECT_EQ(unimx(expected, columns, rows), image);
+            // A stream cut anywhere in its last 70 bytes ends inside the block.
+            for (std::size_t cut = 1; cut <= std::min<std::size_t>(70, expected.size()); ++cut)
+              unimx(Bytes(expected.begin(), expected.end() - static_cast<std::ptrdiff_t>(cut)), columns, rows,
+                    I_Compression::ErrorSourceTooShort);
+          });
+    }
 }
 
 TEST(C_IMX, LiteralsFoldFromThreeAndSplitAt255)
@@ -517,20 +548,52 @@ TEST(C_IMX, DamagedNibbleBlocksAreRefusedByEveryDecoder)
   Bytes tooLong = open;
   tooLong.push_back(0x18);
   tooLong.insert(tooLong.end(), 80, 0x01);
-  for (bool portable : {false, true})
+  std::vector<uint16_t> words;
+  for (uint16_t i = 1; i <= 201; ++i)
+    words.push_back(i);
+  for (uint16_t i = 0; i < 80; ++i)
+    words.push_back(static_cast<uint16_t>(202 + i));
+  forEachLoops(
+      [&]
+      {
+        unimx(open, 400, 1, I_Compression::ErrorSourceTooShort);
+        unimx(open, 150, 1, I_Compression::ErrorCorruptData);
+        unimx(tooLong, 200, 1, I_Compression::ErrorCorruptData);
+        unimx(tooLong, 300, 1, I_Compression::ErrorSourceTooShort);
+        EXPECT_EQ(unimx(tooLong, 281, 1), words);
+      });
+}
+
+TEST(C_IMX, DamagedStreamsReadAlikeByEveryDecoder)
+{
+  // Bytes of low-noise streams overwritten at random (so 0x80, 0x7F and 0x81 land inside
+  // nibble blocks and literals) or cut short: every decoder must give the same answer,
+  // words and consumed bytes as the portable one.
+  std::mt19937 random(17);
+  for (int round = 0; round < 300; ++round)
   {
-    SCOPED_TRACE(portable ? "portable" : "vector");
-    RTE::PackKernels::setPortableOnly(portable);
-    unimx(open, 400, 1, I_Compression::ErrorSourceTooShort);
-    unimx(open, 150, 1, I_Compression::ErrorCorruptData);
-    unimx(tooLong, 200, 1, I_Compression::ErrorCorruptData);
-    unimx(tooLong, 300, 1, I_Compression::ErrorSourceTooShort);
-    std::vector<uint16_t> words;
-    for (uint16_t i = 1; i <= 201; ++i)
-      words.push_back(i);
-    for (uint16_t i = 0; i < 80; ++i)
-      words.push_back(static_cast<uint16_t>(202 + i));
-    EXPECT_EQ(unimx(tooLong, 281, 1), words);
+    SCOPED_TRACE(testing::Message() << "round " << round);
+    const std::size_t columns = 50 + random() % 700, rows = 1 + random() % 4;
+    const std::vector<uint16_t> image =
+        lowNoiseImage(columns * rows, 1.0 + static_cast<double>(random() % 8), static_cast<unsigned>(round));
+    Bytes stream = referenceStream(image, columns);
+    for (unsigned k = random() % 4; k > 0; --k)
+      stream[random() % stream.size()] = static_cast<uint8_t>(random() % 3 == 0 ? 0x7F + random() % 3 : random());
+    if (round % 5 == 0)
+      stream.resize(stream.size() - 1 - random() % std::min<std::size_t>(stream.size(), 40));
+    RTE::C_IMX codec;
+    codec.SetParameters({{"Columns", qulonglong(columns)}, {"Rows", qulonglong(rows)}});
+    RTE::PackKernels::setPortableOnly(true);
+    const Outcome expected = run(codec, false, stream, 2 * image.size());
+    const qulonglong expectedSize = codec.GetParameters()["Size"].toULongLong();
     RTE::PackKernels::setPortableOnly(false);
+    forEachLoops(
+        [&]
+        {
+          const Outcome out = run(codec, false, stream, 2 * image.size());
+          EXPECT_EQ(out.code, expected.code);
+          EXPECT_EQ(out.data, expected.data);
+          EXPECT_EQ(codec.GetParameters()["Size"].toULongLong(), expectedSize);
+        });
   }
 }

@@ -35,7 +35,7 @@ constexpr std::size_t shortestNibbleRun = 7;
 
 std::atomic<unsigned> configuredThreads{0};
 std::atomic<bool> avx512Allowed{true};
-std::atomic<VectorEncoder> vectorEncoder{VectorEncoder::Chosen};
+std::atomic<VectorLoops> vectorLoopsChoice{VectorLoops::Chosen};
 
 inline unsigned loadWord(const uint8_t* p)
 {
@@ -1088,12 +1088,18 @@ encodeRowsInGroups(const uint8_t* source, std::size_t rows, std::size_t columns,
 #pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
 #define RTE_IMX_WIDE "avx2,bmi,bmi2,popcnt,pclmul,avx512f,avx512bw,avx512vl,avx512vbmi,avx512vbmi2"
 
-bool wideLoops()
+bool wideSupported()
 {
+  // __builtin_cpu_supports also asks whether the system saves the AVX-512 registers.
   static const bool supported = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
                                 __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512vbmi") &&
                                 __builtin_cpu_supports("avx512vbmi2");
-  return supported && vectorLoops() && avx512Allowed.load(std::memory_order_relaxed);
+  return supported;
+}
+
+bool wideLoops()
+{
+  return wideSupported() && vectorLoops() && avx512Allowed.load(std::memory_order_relaxed);
 }
 
 struct WideGroup
@@ -1238,10 +1244,10 @@ uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns
 #if defined(RTE_IMX_X86)
   if (vectorLoops())
   {
-    const VectorEncoder chosen = vectorEncoder.load(std::memory_order_relaxed);
+    const VectorLoops chosen = vectorLoopsChoice.load(std::memory_order_relaxed);
     const bool wide = wideLoops();
-    if (chosen == VectorEncoder::Blocks ||
-        (chosen == VectorEncoder::Chosen && !groupsPay(source, rows * columns, wide)))
+    if (chosen == VectorLoops::Blocks ||
+        (chosen == VectorLoops::Chosen && !groupsPay(source, rows * columns, wide)))
       return encodeRowsBlocks(source, rows, columns, state, out);
     if (wide)
       return encodeRowsInGroups<WideGroups>(source, rows, columns, state, out);
@@ -2098,14 +2104,23 @@ __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeWide(const uint8_t* sou
 }
 #pragma GCC diagnostic pop
 
-// Whether literal tokens make more than 1 in 64 of the stream's first 4 KiB: then the
-// AVX2 decoder, which takes a literal on the spot, is the faster one. (A literal word's
-// bytes are counted too; they are as likely as any other.)
+// Whether literal tokens make more than 1 in 64 of the bytes of 8 stretches of 512 spread
+// over the stream: then the AVX2 decoder, which takes a literal on the spot, is the
+// faster one. (A literal word's bytes are counted too; they are as likely as any other.)
 bool literalsDense(const uint8_t* source, std::size_t size)
 {
-  const std::size_t sampled = std::min<std::size_t>(size, 4096);
-  const auto tokens = std::count_if(source, source + sampled, [](uint8_t b) { return b == literalToken || b == literalRunToken; });
-  return static_cast<std::size_t>(tokens) * 64 > sampled;
+  constexpr std::size_t stretch = 512, stretches = 8;
+  if (size < stretch * stretches)
+    return std::count_if(source, source + size, [](uint8_t b) { return b == literalToken || b == literalRunToken; }) *
+               64 >
+           static_cast<std::ptrdiff_t>(size);
+  std::ptrdiff_t tokens = 0;
+  for (std::size_t k = 0; k < stretches; ++k)
+  {
+    const uint8_t* from = source + (size - stretch) * k / (stretches - 1);
+    tokens += std::count_if(from, from + stretch, [](uint8_t b) { return b == literalToken || b == literalRunToken; });
+  }
+  return tokens * 64 > static_cast<std::ptrdiff_t>(stretch * stretches);
 }
 
 #endif
@@ -2116,7 +2131,9 @@ DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* dest
                     std::size_t& consumed)
 {
 #if defined(RTE_IMX_X86)
-  if (wideLoops() && !literalsDense(source, sourceSize))
+  const VectorLoops chosen = vectorLoopsChoice.load(std::memory_order_relaxed);
+  if (wideLoops() && chosen != VectorLoops::Blocks &&
+      (chosen == VectorLoops::Groups || !literalsDense(source, sourceSize)))
     return decodeWide(source, sourceSize, destination, words, consumed);
   if (vectorLoops())
     return decodeAvx2(source, sourceSize, destination, words, consumed);
@@ -2124,14 +2141,23 @@ DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* dest
   return decodePortable(source, sourceSize, destination, words, consumed);
 }
 
-void setVectorEncoder(VectorEncoder encoder)
+void setVectorLoops(VectorLoops loops)
 {
-  vectorEncoder.store(encoder, std::memory_order_relaxed);
+  vectorLoopsChoice.store(loops, std::memory_order_relaxed);
 }
 
 void allowAvx512(bool allowed)
 {
   avx512Allowed.store(allowed, std::memory_order_relaxed);
+}
+
+bool hasAvx512()
+{
+#if defined(RTE_IMX_X86)
+  return wideSupported() && vectorLoops();
+#else
+  return false;
+#endif
 }
 
 void setParallelThreads(unsigned threads)

@@ -36,20 +36,22 @@ enum class DecodeResult
 DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* destination, std::size_t words,
                     std::size_t& consumed);
 
-// Which of the two vector encoders runs: the one that suits the words, judged from a
-// sample of them (the default), or always the block or the group encoder. For tests
-// and benchmarks.
-enum class VectorEncoder
+// Which vector loops run, for tests and benchmarks: those that suit the data, judged from
+// a sample of it (the default); the block encoder and the AVX2 decoder; or the group
+// encoder and, with AVX-512, the wide decoder.
+enum class VectorLoops
 {
   Chosen,
   Blocks,
   Groups
 };
-CORECOMMON_EXPORT void setVectorEncoder(VectorEncoder encoder);
+CORECOMMON_EXPORT void setVectorLoops(VectorLoops loops);
 
 // Whether the AVX-512 loops may run where the processor has them (the default); off,
 // the AVX2 loops run. For tests and benchmarks.
 CORECOMMON_EXPORT void allowAvx512(bool allowed);
+// Whether this processor and system can run the AVX-512 loops.
+CORECOMMON_EXPORT bool hasAvx512();
 
 // The number of threads the codec uses for the parallel encoder: 0 (the default) means
 // one per processor. For tests and benchmarks.
