@@ -10,6 +10,7 @@
 #include <Core/Common/Compression/C_LZ4.h>
 #include <Core/Common/Compression/C_Uncompressed.h>
 #include <Core/Common/Compression/C_Zlib.h>
+#include <Core/Common/Compression/ImxCoder_p.h>
 #include <Core/Common/Compression/PackKernels_p.h>
 
 #include <cstddef>
@@ -37,9 +38,10 @@ struct Setup
   unsigned long long columns = 0, rows = 0;
   unsigned long long capacity = 0;
   bool parallel = false, portable = false;
+  unsigned imxLoops = 0; // 0 chosen, 1 blocks, 2 groups, 3 groups without AVX-512
 };
 
-// Header: [0] bits/start/flags, [1] start, [2..3] columns, [4] rows, [5] capacity byte.
+// Header: [0] bits/flags/IMX loops, [1] start, [2..3] columns, [4] rows, [5] capacity byte.
 inline Setup readSetup(const uint8_t* data)
 {
   Setup setup;
@@ -48,6 +50,7 @@ inline Setup readSetup(const uint8_t* data)
   setup.wrapping = (data[0] & 4) != 0;
   setup.parallel = (data[0] & 8) != 0;
   setup.portable = (data[0] & 16) != 0;
+  setup.imxLoops = (data[0] >> 5) & 3;
   setup.start = data[1] % 16;
   setup.columns = (data[2] | (data[3] << 8)) % 1024;
   setup.rows = data[4] % 32;
@@ -58,6 +61,11 @@ inline Setup readSetup(const uint8_t* data)
 inline void configure(RTE::I_Compression& codec, const Setup& setup)
 {
   RTE::PackKernels::setPortableOnly(setup.portable);
+  using RTE::ImxCoder::VectorLoops;
+  static const VectorLoops loops[] = {VectorLoops::Chosen, VectorLoops::Blocks, VectorLoops::Groups,
+                                      VectorLoops::Groups};
+  RTE::ImxCoder::setVectorLoops(loops[setup.imxLoops]);
+  RTE::ImxCoder::allowAvx512(setup.imxLoops != 3);
   codec.SetParameters({{"FixedBits", setup.bits},
                        {"FixedStart", setup.start},
                        {"FixedWrapping", setup.wrapping},

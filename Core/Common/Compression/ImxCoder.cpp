@@ -21,6 +21,18 @@
 #define RTE_IMX_VECTOR "avx2,bmi,bmi2,popcnt,pclmul"
 #endif
 
+// g++ 12's AVX-512 headers start some values from themselves on purpose ("undefined"),
+// which its warnings take for a mistake around the AVX-512 loops.
+#if defined(__GNUC__) && !defined(__clang__)
+#define RTE_IMX_WIDE_BEGIN                                                                                             \
+  _Pragma("GCC diagnostic push") _Pragma("GCC diagnostic ignored \"-Wuninitialized\"")                                 \
+      _Pragma("GCC diagnostic ignored \"-Wmaybe-uninitialized\"")
+#define RTE_IMX_WIDE_END _Pragma("GCC diagnostic pop")
+#else
+#define RTE_IMX_WIDE_BEGIN
+#define RTE_IMX_WIDE_END
+#endif
+
 namespace RTE::ImxCoder
 {
 namespace
@@ -1082,10 +1094,7 @@ encodeRowsInGroups(const uint8_t* source, std::size_t rows, std::size_t columns,
 
 // The group encoder with AVX-512 (BW, VBMI, VBMI2): the same steps, with the bit masks
 // used as they are and the kept bytes of a group packed by one compress instruction.
-// g++ 12's AVX-512 headers start some values from themselves on purpose ("undefined").
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wuninitialized"
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+RTE_IMX_WIDE_BEGIN
 #define RTE_IMX_WIDE "avx2,bmi,bmi2,popcnt,pclmul,avx512f,avx512bw,avx512vl,avx512vbmi,avx512vbmi2"
 
 bool wideSupported()
@@ -1212,7 +1221,7 @@ struct WideGroups
     }
   }
 };
-#pragma GCC diagnostic pop
+RTE_IMX_WIDE_END
 
 #endif
 
@@ -1964,9 +1973,7 @@ __attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t* s
   return result;
 }
 
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wuninitialized"
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+RTE_IMX_WIDE_BEGIN
 
 // Adds up count one-byte deltas (count at least 1) onto the running value and writes
 // the words at o, 32 at a time: the last store may write up to 31 words past them.
@@ -2102,7 +2109,7 @@ __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeWide(const uint8_t* sou
   consumed = static_cast<std::size_t>(p - source);
   return result;
 }
-#pragma GCC diagnostic pop
+RTE_IMX_WIDE_END
 
 // Whether literal tokens make more than 1 in 64 of the bytes of 8 stretches of 512 spread
 // over the stream: then the AVX2 decoder, which takes a literal on the spot, is the
