@@ -1159,6 +1159,80 @@ struct WideGroups
     maskGroup(bits, count, firstWord + count == columns);
   }
 
+  // A full group with literals in one go, unless a literal streak at its start continues
+  // the pending literals (false, nothing written: the word-by-word folding takes it).
+  // Every word has four slots: its byte or literal token, the count of a folded streak
+  // (at the streak's first word), and the literal's two bytes; 16 words' slots are
+  // interleaved by one permute and packed by one compress. A streak of 3 or more that a
+  // word of the group follows is folded (0x7F, count, words); the others are 0x80 tokens,
+  // and a streak at the group's end stays pending.
+  __attribute__((target(RTE_IMX_WIDE), noinline)) static bool writeWithLiterals(Encoder& e, const uint8_t* words,
+                                                                              const Roles& r, __m512i bytes)
+  {
+    const uint64_t literals = r.literals;
+    if (e.pending != 0)
+    {
+      if ((literals & 1) != 0)
+        return false;
+      e.flushLiterals();
+    }
+    uint64_t folded = 0, foldedFirst = 0;
+    alignas(64) uint8_t counts[64] = {};
+    for (uint64_t starts = literals & ~(literals << 1); starts != 0; starts &= starts - 1)
+    {
+      const auto at = static_cast<unsigned>(__builtin_ctzll(starts));
+      const uint64_t others = ~literals >> at; // 0: the streak reaches the group's end
+      if (others == 0)
+        break;
+      const auto length = static_cast<unsigned>(__builtin_ctzll(others));
+      if (length >= 3)
+      {
+        folded |= bitRange(at, at + length);
+        foldedFirst |= uint64_t{1} << at;
+        counts[at] = static_cast<uint8_t>(length);
+      }
+    }
+    const uint64_t unfolded = literals & ~folded;
+    __m512i first = _mm512_mask_mov_epi8(bytes, unfolded, _mm512_set1_epi8(static_cast<char>(literalToken)));
+    first = _mm512_mask_mov_epi8(first, foldedFirst, _mm512_set1_epi8(literalRunToken));
+    const uint64_t firstKept = r.keep | unfolded | foldedFirst;
+    // (first, count) of words 0-31 and 32-63; then per 16 words (first, count, low, high).
+    alignas(64) static constexpr uint8_t pairOrder[2][64] = {
+        {0,  64, 1,  65, 2,  66, 3,  67, 4,  68, 5,  69, 6,  70, 7,  71, 8,  72, 9,  73, 10, 74,
+         11, 75, 12, 76, 13, 77, 14, 78, 15, 79, 16, 80, 17, 81, 18, 82, 19, 83, 20, 84, 21, 85,
+         22, 86, 23, 87, 24, 88, 25, 89, 26, 90, 27, 91, 28, 92, 29, 93, 30, 94, 31, 95},
+        {32, 96,  33, 97,  34, 98,  35, 99,  36, 100, 37, 101, 38, 102, 39, 103, 40, 104, 41, 105, 42, 106,
+         43, 107, 44, 108, 45, 109, 46, 110, 47, 111, 48, 112, 49, 113, 50, 114, 51, 115, 52, 116, 53, 117,
+         54, 118, 55, 119, 56, 120, 57, 121, 58, 122, 59, 123, 60, 124, 61, 125, 62, 126, 63, 127}};
+    alignas(64) static constexpr uint8_t slotOrder[2][64] = {
+        {0,  1,  64, 65, 2,  3,  66, 67, 4,  5,  68, 69, 6,  7,  70, 71, 8,  9,  72, 73, 10, 11,
+         74, 75, 12, 13, 76, 77, 14, 15, 78, 79, 16, 17, 80, 81, 18, 19, 82, 83, 20, 21, 84, 85,
+         22, 23, 86, 87, 24, 25, 88, 89, 26, 27, 90, 91, 28, 29, 92, 93, 30, 31, 94, 95},
+        {32, 33, 96,  97,  34, 35, 98,  99,  36, 37, 100, 101, 38, 39, 102, 103, 40, 41, 104, 105, 42, 43,
+         106, 107, 44, 45, 108, 109, 46, 47, 110, 111, 48, 49, 112, 113, 50, 51, 114, 115, 52, 53, 116, 117,
+         54, 55, 118, 119, 56, 57, 120, 121, 58, 59, 122, 123, 60, 61, 124, 125, 62, 63, 126, 127}};
+    const __m512i countBytes = _mm512_load_si512(counts);
+    for (unsigned half = 0; half < 2; ++half)
+    {
+      const __m512i paired = _mm512_permutex2var_epi8(first, _mm512_load_si512(pairOrder[half]), countBytes);
+      const __m512i literalWords = _mm512_loadu_si512(words + 64 * half);
+      for (unsigned quarter = 0; quarter < 2; ++quarter)
+      {
+        const unsigned shift = 32 * half + 16 * quarter;
+        const __m512i all = _mm512_permutex2var_epi8(paired, _mm512_load_si512(slotOrder[quarter]), literalWords);
+        const uint64_t keep = _pdep_u64(firstKept >> shift & 0xFFFF, 0x1111111111111111ull) |
+                              _pdep_u64(foldedFirst >> shift & 0xFFFF, 0x2222222222222222ull) |
+                              _pdep_u64(literals >> shift & 0xFFFF, 0x4444444444444444ull) * 3;
+        _mm512_storeu_si512(e.out, _mm512_maskz_compress_epi8(keep, all));
+        e.out += __builtin_popcountll(keep);
+      }
+    }
+    // The streak at the group's end stays pending.
+    const uint64_t others = ~literals;
+    e.pending = literals >> 63 == 0 ? 0 : (others == 0 ? 64 : static_cast<unsigned>(__builtin_clzll(others)));
+    return true;
+  }
+
   __attribute__((target(RTE_IMX_WIDE))) static void write(Encoder& e, const Stretch& stretch, std::size_t narrowFrom)
   {
     // The delta before each word: byte i - 1, byte 63 of the group before for the first.
@@ -1193,6 +1267,8 @@ struct WideGroups
       }
       const unsigned count = stretch.count(i);
       const uint8_t* words = stretch.rowWords + 128 * (stretch.first + i);
+      if (count == 64 && wide && writeWithLiterals(e, words, r, bytes))
+        continue;
       for (unsigned k = 0, end = 0, streakEnd = 0; k < count; k = streakEnd)
       {
         nextStretch(r.literals, count, k, end, streakEnd);
