@@ -2051,18 +2051,44 @@ __attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t* s
 
 RTE_IMX_WIDE_BEGIN
 
+// A literal word among the deltas: its place holds a 0 delta, corrected when the words
+// are added up.
+struct HeldLiteral
+{
+  std::size_t at;
+  uint16_t word;
+};
+
 // Adds up count one-byte deltas (count at least 1) onto the running value and writes
-// the words at o, 32 at a time: the last store may write up to 31 words past them.
-__attribute__((target(RTE_IMX_VECTOR))) void sumDeltas(const uint8_t* deltas, std::size_t count, uint8_t*& o,
+// the words at o, 32 at a time: the last store may write up to 31 words past them. The
+// held literals (in order) set their words, and the words after them follow on.
+__attribute__((target(RTE_IMX_VECTOR))) void sumDeltas(const uint8_t* deltas, std::size_t count,
+                                                       const HeldLiteral* held, std::size_t heldCount, uint8_t*& o,
                                                        unsigned& value)
 {
   __m256i running = _mm256_set1_epi16(static_cast<short>(value));
+  const __m256i places0 = _mm256_setr_epi16(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+  const __m256i places1 = _mm256_add_epi16(places0, _mm256_set1_epi16(16));
+  std::size_t h = 0;
   for (std::size_t i = 0; i < count; i += 32)
   {
     const Sums sums = prefixSums(load(deltas + i));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 2 * i), _mm256_add_epi16(sums.low, running));
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 2 * i + 32), _mm256_add_epi16(sums.high, running));
-    running = _mm256_add_epi16(running, broadcastLast(sums.high));
+    __m256i low = _mm256_add_epi16(sums.low, running), high = _mm256_add_epi16(sums.high, running);
+    for (; h < heldCount && held[h].at < i + 32; ++h)
+    {
+      // The literal's word less what its 0 delta gave, added from its place on.
+      alignas(32) uint16_t words[32];
+      _mm256_store_si256(reinterpret_cast<__m256i*>(words), low);
+      _mm256_store_si256(reinterpret_cast<__m256i*>(words + 16), high);
+      const auto place = static_cast<unsigned>(held[h].at - i);
+      const __m256i from = _mm256_set1_epi16(static_cast<short>(place - 1));
+      const __m256i correction = _mm256_set1_epi16(static_cast<short>(held[h].word - words[place]));
+      low = _mm256_add_epi16(low, _mm256_and_si256(_mm256_cmpgt_epi16(places0, from), correction));
+      high = _mm256_add_epi16(high, _mm256_and_si256(_mm256_cmpgt_epi16(places1, from), correction));
+    }
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 2 * i), low);
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 2 * i + 32), high);
+    running = broadcastLast(high);
   }
   o += 2 * count;
   value = loadWord(o - 2);
@@ -2086,6 +2112,9 @@ __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeWide(const uint8_t* sou
   constexpr std::size_t pendingMost = 4096;
   alignas(64) uint8_t deltas[pendingMost + 128 + 64];
   std::size_t pending = 0; // deltas not yet added up
+  constexpr std::size_t heldMost = 64;
+  HeldLiteral held[heldMost];
+  std::size_t heldCount = 0; // literal words among them
   const uint8_t* p = source;
   const uint8_t* const end = source + sourceSize;
   uint8_t* o = destination;
@@ -2103,6 +2132,13 @@ __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeWide(const uint8_t* sou
       22, 86, 23, 87, 24, 88, 25, 89, 26, 90, 27, 91, 28, 92, 29, 93, 30, 94, 31, 95};
   const __m512i toLow = _mm512_load_si512(spreadLow);
   const __m512i toHigh = _mm512_add_epi8(toLow, _mm512_set1_epi8(32));
+  const auto addUp = [&]
+  {
+    if (pending != 0)
+      sumDeltas(deltas, pending, held, heldCount, o, value);
+    pending = 0;
+    heldCount = 0;
+  };
   while (o < outEnd)
   {
     const std::size_t produced = static_cast<std::size_t>(o - destination) / 2 + pending;
@@ -2141,23 +2177,30 @@ __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeWide(const uint8_t* sou
         p += taken;
         // Still in a block after the last byte taken: one that runs on, or a stray 0x81's.
         inBlock = taken == 64 ? carry : ((blocks & ~ends) >> (taken - 1) & 1) != 0;
-        if (pending >= pendingMost)
-        {
-          sumDeltas(deltas, pending, o, value);
-          pending = 0;
-        }
         if (taken == 64)
+        {
+          if (pending >= pendingMost)
+            addUp();
           continue;
+        }
+      }
+      if (!inBlock && *p == literalToken && end - p >= 3 && heldCount < heldMost &&
+          __builtin_popcountll(literals & ~inside) < 3)
+      {
+        // A single literal joins the deltas, as a 0 that the adding up corrects.
+        deltas[pending] = 0;
+        held[heldCount++] = {pending, static_cast<uint16_t>(loadWord(p + 1))};
+        ++pending;
+        p += 3;
+        if (pending >= pendingMost)
+          addUp();
+        continue;
       }
       if (!inBlock && __builtin_popcountll(literals & ~inside) >= 3)
       {
         // Literals close together: the next stretch goes the AVX2 way, which takes a
         // literal on the spot.
-        if (pending != 0)
-        {
-          sumDeltas(deltas, pending, o, value);
-          pending = 0;
-        }
+        addUp();
         result = decodeAvx2(p, end, o, outEnd, value, p + 256);
         if (result != DecodeResult::Ok)
           break;
@@ -2165,11 +2208,7 @@ __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeWide(const uint8_t* sou
       }
     }
     // The plain way, one token (or the rest of a block) at a time.
-    if (pending != 0)
-    {
-      sumDeltas(deltas, pending, o, value);
-      pending = 0;
-    }
+    addUp();
     if (inBlock)
     {
       inBlock = false;
@@ -2180,8 +2219,8 @@ __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeWide(const uint8_t* sou
     if (!decodeToken(p, end, o, outEnd, value, result))
       break;
   }
-  if (pending != 0 && result == DecodeResult::Ok)
-    sumDeltas(deltas, pending, o, value);
+  if (result == DecodeResult::Ok)
+    addUp();
   consumed = static_cast<std::size_t>(p - source);
   return result;
 }
