@@ -621,8 +621,8 @@ __attribute__((target(RTE_IMX_VECTOR), noinline)) unsigned fullBlock(Encoder& e,
 // reads up to 48 words from its start and writes less than 128 bytes past the output's
 // end before it, which is at most 3 bytes per word taken: so when the call holds 48
 // words from the block's start, every write stays inside its 3 bytes per word.
-__attribute__((target(RTE_IMX_VECTOR))) uint8_t* encodeRowsBlocks(const uint8_t* source, std::size_t rows,
-                                                                std::size_t columns, EncoderState& state, uint8_t* out)
+__attribute__((target(RTE_IMX_VECTOR))) uint8_t*
+encodeRowsBlocks(const uint8_t* source, std::size_t rows, std::size_t columns, EncoderState& state, uint8_t* out)
 {
   constexpr std::size_t reach = 48;
   Encoder e{out, state.previous, state.pending};
@@ -716,7 +716,8 @@ __attribute__((target(RTE_IMX_VECTOR))) inline Group classifyGroup(const uint8_t
 // last word counting 0) is odd. A run ends at the first word that is not small (zeros
 // of small); terminatorOdd tells whether that word, for the run reaching past the group,
 // sits at an odd place counted from the group's start.
-__attribute__((target("bmi,bmi2,popcnt,pclmul"), always_inline)) inline uint64_t oddFromEnd(uint64_t small, bool terminatorOdd)
+__attribute__((target("bmi,bmi2,popcnt,pclmul"), always_inline)) inline uint64_t oddFromEnd(uint64_t small,
+                                                                                            bool terminatorOdd)
 {
   constexpr uint64_t oddPlaces = 0xAAAAAAAAAAAAAAAAull;
   const uint64_t ends = ~small;
@@ -761,7 +762,10 @@ class RowRuns
 public:
   // small: the bits of the row's first group.
   explicit RowRuns(uint64_t small) :
-      m_small(small), m_two(small & (small << 1)), m_four(m_two & (m_two << 2)), m_seven(m_four & (m_four << 3))
+      m_small(small),
+      m_two(small & (small << 1)),
+      m_four(m_two & (m_two << 2)),
+      m_seven(m_four & (m_four << 3))
   {
   }
 
@@ -769,8 +773,7 @@ public:
   // bits (0 past the row) and whether the end of a run reaching past the group is at an
   // odd place counted from the group's start; then the next group becomes the current.
   [[gnu::always_inline, gnu::target("bmi,bmi2,popcnt,pclmul")]] inline Roles advance(uint64_t fit, unsigned count,
-                                                                                     uint64_t next,
-                                                                                     bool terminatorOdd)
+                                                                                     uint64_t next, bool terminatorOdd)
   {
     const uint64_t small = m_small, before = m_before;
     const uint64_t nextTwo = next & ((next << 1) | (small >> 63));
@@ -795,12 +798,11 @@ public:
   }
 
 private:
-  uint64_t m_small;      // the current group's small bits
-  uint64_t m_before = 0; // the group before's
+  uint64_t m_small;                // the current group's small bits
+  uint64_t m_before = 0;           // the group before's
   uint64_t m_two, m_four, m_seven; // 2, 4 and 7 small deltas in a row end at these words
-  uint64_t m_long = 0;   // the group before's long-run bits
+  uint64_t m_long = 0;             // the group before's long-run bits
 };
-
 
 // Byte j of the result is 0xFF where bit j of mask is set.
 __attribute__((target(RTE_IMX_VECTOR))) inline __m256i byteMask(uint32_t mask)
@@ -849,14 +851,15 @@ storeKept(__m256i low, __m256i high, uint64_t keep, uint8_t* out, unsigned first
   counts = (counts + (counts >> 4)) & 0x0F0F0F0F0F0F0F0Full;
   const uint64_t ends = counts * 0x0101010101010101ull; // byte c: kept in groups 0..c
   const uint64_t starts = ends << 8;
-  const __m128i lanes[4] = {_mm256_castsi256_si128(low), _mm256_extracti128_si256(low, 1),
-                            _mm256_castsi256_si128(high), _mm256_extracti128_si256(high, 1)};
+  const __m128i lanes[4] = {_mm256_castsi256_si128(low), _mm256_extracti128_si256(low, 1), _mm256_castsi256_si128(high),
+                            _mm256_extracti128_si256(high, 1)};
 #pragma GCC unroll 8
   for (unsigned c = first; c <= last; ++c)
   {
     const auto mask = static_cast<unsigned>(keep >> (8 * c) & 0xFF);
     const uint8_t(&table)[256][8] = (c & 1) == 0 ? compactTables.low : compactTables.high;
-    const __m128i packed = _mm_shuffle_epi8(lanes[c / 2], _mm_loadl_epi64(reinterpret_cast<const __m128i*>(table[mask])));
+    const __m128i packed =
+        _mm_shuffle_epi8(lanes[c / 2], _mm_loadl_epi64(reinterpret_cast<const __m128i*>(table[mask])));
     _mm_storel_epi64(reinterpret_cast<__m128i*>(out + (starts >> (8 * c) & 0xFF)), packed);
   }
   return out + (ends >> (8 * last) & 0xFF);
@@ -865,7 +868,7 @@ storeKept(__m256i low, __m256i high, uint64_t keep, uint8_t* out, unsigned first
 // The final bytes of 32 words from their delta bytes (before: those of the 32 words
 // before them): pair bytes, block ends and 0x81 tokens where their bits are set.
 __attribute__((target(RTE_IMX_VECTOR))) inline __m256i finalBytes(__m256i deltas, __m256i before, uint64_t pair,
-                                                                 uint64_t last, uint64_t token)
+                                                                  uint64_t last, uint64_t token)
 {
   const __m256i nibbleLow = _mm256_set1_epi8(0x0F), nibbleHigh = _mm256_set1_epi8(static_cast<char>(0xF0));
   // The delta before each word: the bytes moved up by one, across the lanes.
@@ -879,7 +882,6 @@ __attribute__((target(RTE_IMX_VECTOR))) inline __m256i finalBytes(__m256i deltas
   return _mm256_blendv_epi8(bytes, _mm256_set1_epi8(static_cast<char>(nibbleToken)),
                             byteMask(static_cast<uint32_t>(token)));
 }
-
 
 // The words of a group from i on: those before the next literal (up to end) and the
 // literal streak that follows (up to streakEnd).
@@ -924,7 +926,6 @@ struct Stretch
   }
 };
 
-
 // The group's small bits end at the row's last word, which closes any run.
 inline void maskGroup(GroupBits& bits, unsigned count, bool rowEnd)
 {
@@ -945,10 +946,7 @@ struct PaddedGroup
     bytes[1] = static_cast<uint8_t>(before >> 8);
     std::memcpy(bytes + 2, words, 2 * std::size_t{count});
   }
-  const uint8_t* words() const
-  {
-    return bytes + 2;
-  }
+  const uint8_t* words() const { return bytes + 2; }
 };
 
 struct Avx2Groups
@@ -976,8 +974,7 @@ struct Avx2Groups
     maskGroup(bits, count, firstWord + count == columns);
   }
 
-  __attribute__((target(RTE_IMX_VECTOR))) static void write(Encoder& e, const Stretch& stretch,
-                                                            std::size_t narrowFrom)
+  __attribute__((target(RTE_IMX_VECTOR))) static void write(Encoder& e, const Stretch& stretch, std::size_t narrowFrom)
   {
     for (std::size_t i = 0; i < stretch.groups; ++i)
     {
@@ -1072,7 +1069,8 @@ encodeRowsInGroups(const uint8_t* source, std::size_t rows, std::size_t columns,
       for (std::size_t i = s.groups; i-- > 0;)
       {
         const uint64_t next = s.bits[i + 1].small;
-        runEnd = next != ~uint64_t{0} ? 64 * (first + i + 1) + static_cast<std::size_t>(__builtin_ctzll(~next)) : runEnd;
+        runEnd =
+            next != ~uint64_t{0} ? 64 * (first + i + 1) + static_cast<std::size_t>(__builtin_ctzll(~next)) : runEnd;
         endOdd |= uint64_t{runEnd & 1} << i;
       }
       if (!runs)
@@ -1121,13 +1119,14 @@ __attribute__((target(RTE_IMX_WIDE))) inline WideGroup classifyWide(const uint8_
 {
   // As classify: the saturated difference of the words less 0x8000.
   const __m512i bias = _mm512_set1_epi16(static_cast<short>(0x8000));
-  const __m512i difference0 =
-      _mm512_subs_epi16(_mm512_xor_si512(_mm512_loadu_si512(at), bias), _mm512_xor_si512(_mm512_loadu_si512(at - 2), bias));
+  const __m512i difference0 = _mm512_subs_epi16(_mm512_xor_si512(_mm512_loadu_si512(at), bias),
+                                                _mm512_xor_si512(_mm512_loadu_si512(at - 2), bias));
   const __m512i difference1 = _mm512_subs_epi16(_mm512_xor_si512(_mm512_loadu_si512(at + 64), bias),
                                                 _mm512_xor_si512(_mm512_loadu_si512(at + 62), bias));
   const __m512i size0 = _mm512_abs_epi16(difference0), size1 = _mm512_abs_epi16(difference1);
   const __m512i fitLimit = _mm512_set1_epi16(126), smallLimit = _mm512_set1_epi16(7);
-  const uint64_t fit = _mm512_cmple_epu16_mask(size0, fitLimit) | uint64_t{_mm512_cmple_epu16_mask(size1, fitLimit)} << 32;
+  const uint64_t fit = _mm512_cmple_epu16_mask(size0, fitLimit) | uint64_t{_mm512_cmple_epu16_mask(size1, fitLimit)}
+                                                                      << 32;
   const uint64_t small =
       _mm512_cmple_epu16_mask(size0, smallLimit) | uint64_t{_mm512_cmple_epu16_mask(size1, smallLimit)} << 32;
   const __m512i bytes = _mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvtepi16_epi8(difference0)),
@@ -1167,7 +1166,7 @@ struct WideGroups
   // word of the group follows is folded (0x7F, count, words); the others are 0x80 tokens,
   // and a streak at the group's end stays pending.
   __attribute__((target(RTE_IMX_WIDE), noinline)) static bool writeWithLiterals(Encoder& e, const uint8_t* words,
-                                                                              const Roles& r, __m512i bytes)
+                                                                                const Roles& r, __m512i bytes)
   {
     const uint64_t literals = r.literals;
     if (e.pending != 0)
@@ -1208,9 +1207,9 @@ struct WideGroups
         {0,  1,  64, 65, 2,  3,  66, 67, 4,  5,  68, 69, 6,  7,  70, 71, 8,  9,  72, 73, 10, 11,
          74, 75, 12, 13, 76, 77, 14, 15, 78, 79, 16, 17, 80, 81, 18, 19, 82, 83, 20, 21, 84, 85,
          22, 23, 86, 87, 24, 25, 88, 89, 26, 27, 90, 91, 28, 29, 92, 93, 30, 31, 94, 95},
-        {32, 33, 96,  97,  34, 35, 98,  99,  36, 37, 100, 101, 38, 39, 102, 103, 40, 41, 104, 105, 42, 43,
-         106, 107, 44, 45, 108, 109, 46, 47, 110, 111, 48, 49, 112, 113, 50, 51, 114, 115, 52, 53, 116, 117,
-         54, 55, 118, 119, 56, 57, 120, 121, 58, 59, 122, 123, 60, 61, 124, 125, 62, 63, 126, 127}};
+        {32,  33,  96,  97,  34,  35,  98,  99,  36,  37,  100, 101, 38,  39,  102, 103, 40,  41,  104, 105, 42,  43,
+         106, 107, 44,  45,  108, 109, 46,  47,  110, 111, 48,  49,  112, 113, 50,  51,  114, 115, 52,  53,  116, 117,
+         54,  55,  118, 119, 56,  57,  120, 121, 58,  59,  122, 123, 60,  61,  124, 125, 62,  63,  126, 127}};
     const __m512i countBytes = _mm512_load_si512(counts);
     for (unsigned half = 0; half < 2; ++half)
     {
@@ -1248,8 +1247,7 @@ struct WideGroups
     {
       const Roles& r = stretch.roles[i];
       const __m512i deltas = _mm512_load_si512(stretch.deltas + 64 * (i + 1));
-      const __m512i previous =
-          _mm512_permutex2var_epi8(deltas, toPrevious, _mm512_load_si512(stretch.deltas + 64 * i));
+      const __m512i previous = _mm512_permutex2var_epi8(deltas, toPrevious, _mm512_load_si512(stretch.deltas + 64 * i));
       // (a & 0xF0) | (b & 0x0F): a bit select by the third operand (ternary logic 0xE4).
       const __m512i pairs = _mm512_ternarylogic_epi32(_mm512_slli_epi16(previous, 4), deltas, highNibbles, 0xE4);
       const __m512i ends = _mm512_ternarylogic_epi32(_mm512_slli_epi16(deltas, 4), endNibble, highNibbles, 0xE4);
@@ -1331,8 +1329,7 @@ uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns
   {
     const VectorLoops chosen = vectorLoopsChoice.load(std::memory_order_relaxed);
     const bool wide = wideLoops();
-    if (chosen == VectorLoops::Blocks ||
-        (chosen == VectorLoops::Chosen && !groupsPay(source, rows * columns, wide)))
+    if (chosen == VectorLoops::Blocks || (chosen == VectorLoops::Chosen && !groupsPay(source, rows * columns, wide)))
       return encodeRowsBlocks(source, rows, columns, state, out);
     if (wide)
       return encodeRowsInGroups<WideGroups>(source, rows, columns, state, out);
@@ -1945,9 +1942,8 @@ decodeNibblesAvx2(const uint8_t*& p, const uint8_t* end, uint8_t*& o, const uint
 // destination has room), and a single literal after them is taken on the spot. The
 // wide loads and stores need 64 bytes of source and destination left; the plain way
 // does the rest, checking every token.
-__attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t*& p, const uint8_t* end,
-                                                                uint8_t*& o, uint8_t* outEnd, unsigned& value,
-                                                                const uint8_t* until)
+__attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t*& p, const uint8_t* end, uint8_t*& o,
+                                                                uint8_t* outEnd, unsigned& value, const uint8_t* until)
 {
   DecodeResult result = DecodeResult::Ok;
   while (o < outEnd && (until == nullptr || p < until))
@@ -2106,8 +2102,8 @@ __attribute__((target(RTE_IMX_VECTOR))) void sumDeltas(const uint8_t* deltas, st
 // a 0x81 inside a block, which only a damaged stream holds (the plain way takes it as a
 // pair of deltas), and the last 160 words, so that the words of 64 bytes always fit.
 __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeWide(const uint8_t* source, std::size_t sourceSize,
-                                                             uint8_t* destination, std::size_t words,
-                                                             std::size_t& consumed)
+                                                              uint8_t* destination, std::size_t words,
+                                                              std::size_t& consumed)
 {
   constexpr std::size_t pendingMost = 4096;
   alignas(64) uint8_t deltas[pendingMost + 128 + 64];
@@ -2123,13 +2119,14 @@ __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeWide(const uint8_t* sou
   bool inBlock = false; // p is inside a nibble block (after its 0x81)
   DecodeResult result = DecodeResult::Ok;
 
-  const __m512i signedNibble = _mm512_broadcast_i32x4(_mm_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, -8, -7, -6, -5, -4, -3, -2, -1));
+  const __m512i signedNibble =
+      _mm512_broadcast_i32x4(_mm_setr_epi8(0, 1, 2, 3, 4, 5, 6, 7, -8, -7, -6, -5, -4, -3, -2, -1));
   const __m512i low4 = _mm512_set1_epi8(0x0F);
   // Byte pairs (first, second) of bytes 0-31 and of 32-63.
-  alignas(64) static constexpr uint8_t spreadLow[64] = {
-      0,  64, 1,  65, 2,  66, 3,  67, 4,  68, 5,  69, 6,  70, 7,  71, 8,  72, 9,  73, 10, 74,
-      11, 75, 12, 76, 13, 77, 14, 78, 15, 79, 16, 80, 17, 81, 18, 82, 19, 83, 20, 84, 21, 85,
-      22, 86, 23, 87, 24, 88, 25, 89, 26, 90, 27, 91, 28, 92, 29, 93, 30, 94, 31, 95};
+  alignas(64) static constexpr uint8_t spreadLow[64] = {0,  64, 1,  65, 2,  66, 3,  67, 4,  68, 5,  69, 6,  70, 7,  71,
+                                                        8,  72, 9,  73, 10, 74, 11, 75, 12, 76, 13, 77, 14, 78, 15, 79,
+                                                        16, 80, 17, 81, 18, 82, 19, 83, 20, 84, 21, 85, 22, 86, 23, 87,
+                                                        24, 88, 25, 89, 26, 90, 27, 91, 28, 92, 29, 93, 30, 94, 31, 95};
   const __m512i toLow = _mm512_load_si512(spreadLow);
   const __m512i toHigh = _mm512_add_epi8(toLow, _mm512_set1_epi8(32));
   const auto addUp = [&]
@@ -2164,10 +2161,10 @@ __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeWide(const uint8_t* sou
         const __m512i low = _mm512_shuffle_epi8(signedNibble, _mm512_and_si512(bytes, low4));
         const __m512i first = _mm512_mask_mov_epi8(bytes, inside, high);
         const uint64_t firstKept = ~tokens & range, secondKept = inside & ~ends & range;
-        const uint64_t keepLow = _pdep_u64(firstKept, 0x5555555555555555ull) |
-                                 _pdep_u64(secondKept, 0xAAAAAAAAAAAAAAAAull);
-        const uint64_t keepHigh = _pdep_u64(firstKept >> 32, 0x5555555555555555ull) |
-                                  _pdep_u64(secondKept >> 32, 0xAAAAAAAAAAAAAAAAull);
+        const uint64_t keepLow =
+            _pdep_u64(firstKept, 0x5555555555555555ull) | _pdep_u64(secondKept, 0xAAAAAAAAAAAAAAAAull);
+        const uint64_t keepHigh =
+            _pdep_u64(firstKept >> 32, 0x5555555555555555ull) | _pdep_u64(secondKept >> 32, 0xAAAAAAAAAAAAAAAAull);
         _mm512_storeu_si512(deltas + pending,
                             _mm512_maskz_compress_epi8(keepLow, _mm512_permutex2var_epi8(first, toLow, low)));
         pending += static_cast<std::size_t>(__builtin_popcountll(keepLow));
