@@ -926,27 +926,49 @@ struct Stretch
   }
 };
 
-// The group's small bits end at the row's last word, which closes any run.
-inline void maskGroup(GroupBits& bits, unsigned count, bool rowEnd)
+// Where group g of a row is read from (the word before it too): the row itself, or a
+// copy of its words when the group starts the call (its word before is the running
+// value, previous) or ends the row short, so that no wide load reaches outside the
+// source.
+class GroupSource
 {
-  const uint64_t valid = count == 64 ? ~uint64_t{0} : (uint64_t{1} << count) - 1;
-  bits.fit &= valid;
-  bits.small &= valid;
-  if (rowEnd)
-    bits.small &= ~(uint64_t{1} << (count - 1));
-}
-
-// Copies count words and the word before them where the wide loads may read them.
-struct PaddedGroup
-{
-  alignas(64) uint8_t bytes[2 + 128 + 62] = {};
-  PaddedGroup(const uint8_t* words, unsigned count, unsigned before)
+public:
+  GroupSource(const uint8_t* rowWords, std::size_t columns, std::size_t g, bool callStart, unsigned previous) :
+      m_count(static_cast<unsigned>(std::min<std::size_t>(64, columns - 64 * g))),
+      m_rowEnd(64 * g + m_count == columns),
+      m_at(rowWords + 128 * g)
   {
-    bytes[0] = static_cast<uint8_t>(before);
-    bytes[1] = static_cast<uint8_t>(before >> 8);
-    std::memcpy(bytes + 2, words, 2 * std::size_t{count});
+    if (m_count < 64 || (callStart && g == 0))
+    {
+      const unsigned before = g == 0 ? previous : loadWord(m_at - 2);
+      m_padded[0] = static_cast<uint8_t>(before);
+      m_padded[1] = static_cast<uint8_t>(before >> 8);
+      std::memcpy(m_padded + 2, m_at, 2 * std::size_t{m_count});
+      std::memset(m_padded + 2 + 2 * std::size_t{m_count}, 0, sizeof m_padded - 2 - 2 * std::size_t{m_count});
+      m_at = m_padded + 2;
+    }
   }
-  const uint8_t* words() const { return bytes + 2; }
+  GroupSource(const GroupSource&) = delete;
+  GroupSource& operator=(const GroupSource&) = delete;
+
+  const uint8_t* words() const { return m_at; }
+
+  // The group's bits, none past its words; small ends at the row's last word, which
+  // closes any run.
+  GroupBits masked(uint64_t fit, uint64_t small) const
+  {
+    const uint64_t valid = m_count == 64 ? ~uint64_t{0} : (uint64_t{1} << m_count) - 1;
+    small &= valid;
+    if (m_rowEnd)
+      small &= ~(uint64_t{1} << (m_count - 1));
+    return {fit & valid, small};
+  }
+
+private:
+  unsigned m_count;
+  bool m_rowEnd;
+  const uint8_t* m_at;
+  alignas(64) uint8_t m_padded[2 + 128 + 62]; // set only when used
 };
 
 struct Avx2Groups
@@ -955,23 +977,11 @@ struct Avx2Groups
                                                                std::size_t g, bool callStart, unsigned previous,
                                                                GroupBits& bits, uint8_t* deltas)
   {
-    const std::size_t firstWord = 64 * g;
-    const auto count = static_cast<unsigned>(std::min<std::size_t>(64, columns - firstWord));
-    const uint8_t* at = rowWords + 2 * firstWord;
-    Group group;
-    if (count == 64 && !(callStart && g == 0))
-    {
-      group = classifyGroup(at);
-    }
-    else
-    {
-      const PaddedGroup padded(at, count, g == 0 ? previous : loadWord(at - 2));
-      group = classifyGroup(padded.words());
-    }
+    const GroupSource source(rowWords, columns, g, callStart, previous);
+    const Group group = classifyGroup(source.words());
     _mm256_store_si256(reinterpret_cast<__m256i*>(deltas), group.low);
     _mm256_store_si256(reinterpret_cast<__m256i*>(deltas + 32), group.high);
-    bits = {group.fit, group.small};
-    maskGroup(bits, count, firstWord + count == columns);
+    bits = source.masked(group.fit, group.small);
   }
 
   __attribute__((target(RTE_IMX_VECTOR))) static void write(Encoder& e, const Stretch& stretch, std::size_t narrowFrom)
@@ -1140,22 +1150,10 @@ struct WideGroups
                                                              std::size_t g, bool callStart, unsigned previous,
                                                              GroupBits& bits, uint8_t* deltas)
   {
-    const std::size_t firstWord = 64 * g;
-    const auto count = static_cast<unsigned>(std::min<std::size_t>(64, columns - firstWord));
-    const uint8_t* at = rowWords + 2 * firstWord;
-    WideGroup group;
-    if (count == 64 && !(callStart && g == 0))
-    {
-      group = classifyWide(at);
-    }
-    else
-    {
-      const PaddedGroup padded(at, count, g == 0 ? previous : loadWord(at - 2));
-      group = classifyWide(padded.words());
-    }
+    const GroupSource source(rowWords, columns, g, callStart, previous);
+    const WideGroup group = classifyWide(source.words());
     _mm512_store_si512(deltas, group.bytes);
-    bits = {group.fit, group.small};
-    maskGroup(bits, count, firstWord + count == columns);
+    bits = source.masked(group.fit, group.small);
   }
 
   // A full group with literals in one go, unless a literal streak at its start continues
