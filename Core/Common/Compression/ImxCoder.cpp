@@ -1320,21 +1320,49 @@ __attribute__((target(RTE_IMX_VECTOR))) bool groupsPay(const uint8_t* source, st
   return literals <= samples && (wide || closes >= 2 * samples);
 }
 
-uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns, EncoderState& state, uint8_t* out)
+enum class EncoderLoops
+{
+  Portable,
+  Blocks,
+  Groups,
+  WideGroups
+};
+
+// The encoder for these words: chosen once for a whole block, so that the pieces of the
+// parallel encoder all take the one the serial encoder takes.
+EncoderLoops chooseEncoder(const uint8_t* source, std::size_t words)
 {
 #if defined(RTE_IMX_X86)
   if (vectorLoops())
   {
     const VectorLoops chosen = vectorLoopsChoice.load(std::memory_order_relaxed);
     const bool wide = wideLoops();
-    if (chosen == VectorLoops::Blocks || (chosen == VectorLoops::Chosen && !groupsPay(source, rows * columns, wide)))
-      return encodeRowsBlocks(source, rows, columns, state, out);
-    if (wide)
-      return encodeRowsInGroups<WideGroups>(source, rows, columns, state, out);
-    return encodeRowsInGroups<Avx2Groups>(source, rows, columns, state, out);
+    if (chosen == VectorLoops::Blocks || (chosen == VectorLoops::Chosen && !groupsPay(source, words, wide)))
+      return EncoderLoops::Blocks;
+    return wide ? EncoderLoops::WideGroups : EncoderLoops::Groups;
   }
 #endif
-  return encodeRowsPortable(source, rows, columns, state, out);
+  (void)source;
+  (void)words;
+  return EncoderLoops::Portable;
+}
+
+uint8_t* encodeRows(const uint8_t* source, std::size_t rows, std::size_t columns, EncoderState& state, uint8_t* out,
+                    EncoderLoops loops)
+{
+  switch (loops)
+  {
+#if defined(RTE_IMX_X86)
+  case EncoderLoops::Blocks:
+    return encodeRowsBlocks(source, rows, columns, state, out);
+  case EncoderLoops::Groups:
+    return encodeRowsInGroups<Avx2Groups>(source, rows, columns, state, out);
+  case EncoderLoops::WideGroups:
+    return encodeRowsInGroups<WideGroups>(source, rows, columns, state, out);
+#endif
+  default:
+    return encodeRowsPortable(source, rows, columns, state, out);
+  }
 }
 
 bool isLiteral(const uint8_t* source, std::size_t index)
@@ -1348,7 +1376,8 @@ bool isLiteral(const uint8_t* source, std::size_t index)
 std::size_t encode(const uint8_t* source, std::size_t rows, std::size_t columns, uint8_t* destination)
 {
   EncoderState state;
-  return static_cast<std::size_t>(encodeRows(source, rows, columns, state, destination) - destination);
+  return static_cast<std::size_t>(
+      encodeRows(source, rows, columns, state, destination, chooseEncoder(source, rows * columns)) - destination);
 }
 
 namespace
@@ -1501,6 +1530,7 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
   threads = static_cast<unsigned>(std::min<std::size_t>(threads, rows));
   if (threads <= 1)
     return encode(source, rows, columns, destination);
+  const EncoderLoops loops = chooseEncoder(source, rows * columns);
 
   // The rows are cut into pieces of about 64 Ki words (at least 8 per thread), taken by
   // the threads in order. A piece is encoded into a scratch buffer (small enough to stay
@@ -1582,7 +1612,7 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
         out[1] = static_cast<uint8_t>(word);
         out[2] = static_cast<uint8_t>(word >> 8);
       }
-      out = encodeRows(source + 2 * firstWord, rowCount, columns, state, out);
+      out = encodeRows(source + 2 * firstWord, rowCount, columns, state, out, loops);
       // The next piece writes the pending literals again.
       piece.size = static_cast<std::size_t>(out - begin) - 3 * std::size_t{leading[p + 1]};
       piece.ready = true;
