@@ -974,14 +974,17 @@ private:
 struct Avx2Groups
 {
   __attribute__((target(RTE_IMX_VECTOR))) static void classify(const uint8_t* rowWords, std::size_t columns,
-                                                               std::size_t g, bool callStart, unsigned previous,
-                                                               GroupBits& bits, uint8_t* deltas)
+                                                               std::size_t first, std::size_t groups, bool callStart,
+                                                               unsigned previous, GroupBits* bits, uint8_t* deltas)
   {
-    const GroupSource source(rowWords, columns, g, callStart, previous);
-    const Group group = classifyGroup(source.words());
-    _mm256_store_si256(reinterpret_cast<__m256i*>(deltas), group.low);
-    _mm256_store_si256(reinterpret_cast<__m256i*>(deltas + 32), group.high);
-    bits = source.masked(group.fit, group.small);
+    for (std::size_t g = first; g < first + groups; ++g, ++bits, deltas += 64)
+    {
+      const GroupSource source(rowWords, columns, g, callStart, previous);
+      const Group group = classifyGroup(source.words());
+      _mm256_store_si256(reinterpret_cast<__m256i*>(deltas), group.low);
+      _mm256_store_si256(reinterpret_cast<__m256i*>(deltas + 32), group.high);
+      *bits = source.masked(group.fit, group.small);
+    }
   }
 
   __attribute__((target(RTE_IMX_VECTOR))) static void write(Encoder& e, const Stretch& stretch, std::size_t narrowFrom)
@@ -1056,12 +1059,12 @@ encodeRowsInGroups(const uint8_t* source, std::size_t rows, std::size_t columns,
       s.groups = std::min(Stretch::most, groups - first);
       if (first != 0)
         std::memcpy(s.deltas, s.deltas + 64 * Stretch::most, 64);
-      for (std::size_t i = 0; i < s.groups; ++i)
-        Kernel::classify(rowWords, columns, first + i, row == 0, e.previous, s.bits[i], s.deltas + 64 * (i + 1));
+      // The stretch's groups and the one after it.
       const std::size_t after = first + s.groups;
-      s.bits[s.groups] = GroupBits{0, 0};
-      if (after < groups)
-        Kernel::classify(rowWords, columns, after, false, 0, s.bits[s.groups], s.deltas + 64 * (s.groups + 1));
+      Kernel::classify(rowWords, columns, first, s.groups + (after < groups ? 1 : 0), row == 0, e.previous, s.bits,
+                       s.deltas + 64);
+      if (after == groups)
+        s.bits[s.groups] = GroupBits{0, 0};
       // Where the run reaching past each group ends (its first word that is not small),
       // from the last group back; past the stretch, found by reading further groups.
       std::size_t runEnd = 64 * (after + 1);
@@ -1071,7 +1074,7 @@ encodeRowsInGroups(const uint8_t* source, std::size_t rows, std::size_t columns,
         alignas(64) uint8_t ignored[64];
         std::size_t h = after; // never past the row: its last word ends every run
         do
-          Kernel::classify(rowWords, columns, ++h, false, 0, later, ignored);
+          Kernel::classify(rowWords, columns, ++h, 1, false, 0, &later, ignored);
         while (later.small == ~uint64_t{0});
         runEnd = 64 * h + static_cast<std::size_t>(__builtin_ctzll(~later.small));
       }
@@ -1147,13 +1150,16 @@ __attribute__((target(RTE_IMX_WIDE))) inline WideGroup classifyWide(const uint8_
 struct WideGroups
 {
   __attribute__((target(RTE_IMX_WIDE))) static void classify(const uint8_t* rowWords, std::size_t columns,
-                                                             std::size_t g, bool callStart, unsigned previous,
-                                                             GroupBits& bits, uint8_t* deltas)
+                                                             std::size_t first, std::size_t groups, bool callStart,
+                                                             unsigned previous, GroupBits* bits, uint8_t* deltas)
   {
-    const GroupSource source(rowWords, columns, g, callStart, previous);
-    const WideGroup group = classifyWide(source.words());
-    _mm512_store_si512(deltas, group.bytes);
-    bits = source.masked(group.fit, group.small);
+    for (std::size_t g = first; g < first + groups; ++g, ++bits, deltas += 64)
+    {
+      const GroupSource source(rowWords, columns, g, callStart, previous);
+      const WideGroup group = classifyWide(source.words());
+      _mm512_store_si512(deltas, group.bytes);
+      *bits = source.masked(group.fit, group.small);
+    }
   }
 
   // A full group with literals in one go, unless a literal streak at its start continues
