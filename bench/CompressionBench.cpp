@@ -4,7 +4,10 @@
 //   build/bench/CompressionBench --benchmark_min_time=0.5
 //
 // Throughput is counted in raw (uncompressed) bytes for both directions; "ratio" is raw
-// size over compressed size. The LZ4-vs-direct and Zlib-vs-direct rows time the wrappers
+// size over compressed size. IMX runs with the loops it picks itself (IMX), without the
+// AVX-512 ones (IMX-avx2), with one encoder forced (IMX-blocks, IMX-groups and, without
+// AVX-512, IMX-groups-avx2; forcing also picks the decoder that goes with it) and with
+// the portable loops only (IMX-portable). The LZ4-vs-direct and Zlib-vs-direct rows time the wrappers
 // and the libraries alternately on the same buffers (counter wrapper_vs_direct).
 #include <Core/Common/Compression/C_12bit.h>
 #include <Core/Common/Compression/C_FixedBitsOfWord.h>
