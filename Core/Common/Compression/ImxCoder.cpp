@@ -2110,14 +2110,15 @@ __attribute__((target(RTE_IMX_WIDE))) inline __m512i sumSegments(__m512i e, uint
   return _mm512_mask_add_epi16(e, ~after16, e, running);
 }
 
-// From p to the end, for streams where literals are common: 64 bytes at a time. Where a literal's 0x80 starts a token
-// its two bytes follow; as long as no 0x80 falls among those two bytes, every 0x80 is a
-// token, and so is every 0x7F or 0x81 outside them. The window is taken up to the first
-// 0x7F or 0x81 token, the first 0x80 with a 0x80 among its bytes, or a literal that runs
-// past its end. Its tokens (delta bytes and 0x80s) are packed into one byte each, the
-// literal words beside them, and the words added up 32 at a time, a literal restarting
-// the sum. The token the window stopped at goes the plain way, a short literal run on
-// the spot. The wide loads and stores need 66 bytes of source and 128 of destination.
+// From p to the end, for streams where literals are common: 64 bytes (a window) at a
+// time. Where a literal's 0x80 starts a token its two bytes follow; as long as no 0x80
+// falls among those two bytes, every 0x80 is a token, and so is every 0x7F or 0x81
+// outside them. The window is taken up to the first 0x7F or 0x81 token, the first 0x80
+// with a 0x80 among its bytes, or a literal that runs past its end. Its tokens (delta
+// bytes and 0x80s) are packed into one byte each, the literal words beside them, and the
+// words added up 32 at a time, a literal restarting the sum. The token the window
+// stopped at goes the plain way, a short literal run on the spot. The wide loads and
+// stores need 66 bytes of source and 128 of destination.
 __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeDense(const uint8_t*& p, const uint8_t* end, uint8_t*& o,
                                                                uint8_t* outEnd, unsigned& value)
 {
@@ -2152,14 +2153,14 @@ __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeDense(const uint8_t*& p
         const __m512i words = _mm512_permutex2var_epi8(_mm512_maskz_compress_epi8(literals << 1, bytes), pairs,
                                                        _mm512_maskz_compress_epi8(literals << 2, bytes));
         const uint64_t isLiteral = _pext_u64(literals, tokens);
-        const auto literals = static_cast<uint32_t>(isLiteral);
+        const auto firstLiterals = static_cast<uint32_t>(isLiteral);
         const __m512i first =
-            _mm512_mask_expand_epi16(_mm512_cvtepi8_epi16(_mm512_castsi512_si256(deltas)), literals, words);
-        const __m512i low = sumSegments(first, literals, running);
+            _mm512_mask_expand_epi16(_mm512_cvtepi8_epi16(_mm512_castsi512_si256(deltas)), firstLiterals, words);
+        const __m512i low = sumSegments(first, firstLiterals, running);
         // The second 32 words are worked out whether there are any or not: a branch
         // on it would often go wrong.
         const __m512i later = _mm512_permutexvar_epi16(
-            _mm512_add_epi16(places, _mm512_set1_epi16(static_cast<short>(__builtin_popcount(literals)))), words);
+            _mm512_add_epi16(places, _mm512_set1_epi16(static_cast<short>(__builtin_popcount(firstLiterals)))), words);
         const auto laterLiterals = static_cast<uint32_t>(isLiteral >> 32);
         const __m512i second =
             _mm512_mask_expand_epi16(_mm512_cvtepi8_epi16(_mm512_extracti64x4_epi64(deltas, 1)), laterLiterals, later);
@@ -2415,13 +2416,15 @@ DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* dest
 {
 #if defined(RTE_IMX_X86)
   const VectorLoops chosen = vectorLoopsChoice.load(std::memory_order_relaxed);
-  if (wideLoops() && chosen != VectorLoops::Blocks)
+  if (wideLoops() && chosen == VectorLoops::Groups)
+    return decodeWide(source, sourceSize, destination, words, consumed);
+  if (wideLoops() && chosen == VectorLoops::Chosen)
   {
     // Measured on this coder's streams: the wide decoder is the fastest where nibble
     // blocks are common (from 1 token in 128 bytes) and literals rare (up to 1 in 64),
     // the dense one where literals make more than 2 in 64 bytes, and otherwise the AVX2
     // one, which takes plain deltas in one pass and a literal on the spot.
-    const TokenShares shares = chosen == VectorLoops::Groups ? TokenShares{0, 64} : tokenShares(source, sourceSize);
+    const TokenShares shares = tokenShares(source, sourceSize);
     if (shares.literals <= 1.0 && shares.nibbles >= 0.5)
       return decodeWide(source, sourceSize, destination, words, consumed);
     if (shares.literals > 2.0)
