@@ -752,6 +752,12 @@ struct Roles
   uint64_t literals; // words that are literals
 };
 
+// The bits of one group of 64 words; its 64 delta bytes are kept apart.
+struct GroupBits
+{
+  uint64_t fit, small;
+};
+
 // The roles of the groups of a row, group after group. A word is in a run of 7 or more
 // when its run's first word has 6 small deltas after it (seen by the 7-wide AND of the
 // bits, which may reach into the next group); from there the whole run is marked by the
@@ -772,6 +778,9 @@ public:
   // The current group's roles (count words, fit its bits), from the next group's small
   // bits (0 past the row) and whether the end of a run reaching past the group is at an
   // odd place counted from the group's start; then the next group becomes the current.
+  // skipQuiet: return at once for a group without nibble blocks, a branch that pays
+  // where most groups have none (brighter images) and costs where many do.
+  template <bool skipQuiet>
   [[gnu::always_inline, gnu::target("bmi,bmi2,popcnt,pclmul")]] inline Roles advance(uint64_t fit, unsigned count,
                                                                                      uint64_t next, bool terminatorOdd)
   {
@@ -783,9 +792,6 @@ public:
     const uint64_t first = small & ~shifted1, second = small & shifted1 & ~shifted2;
     const uint64_t seeds = first & ((m_seven >> 6) | (nextSeven << 58));
     const uint64_t inLong = ((small + seeds + (m_long >> 63 & small & 1)) ^ small) & small;
-    const uint64_t odd = oddFromEnd(small, terminatorOdd) & inLong;
-    const uint64_t last = inLong & ~((small >> 1) | (next << 63));
-    const uint64_t dropped = inLong & ~odd & ~last & ~first & ~second;
     const uint64_t valid = count == 64 ? ~uint64_t{0} : (uint64_t{1} << count) - 1;
     fit &= valid;
     m_before = small;
@@ -794,10 +800,20 @@ public:
     m_four = nextFour;
     m_seven = nextSeven;
     m_long = inLong;
+    m_blocks += inLong != 0;
+    if (skipQuiet && inLong == 0)
+      return {fit, 0, 0, 0, ~fit & valid};
+    const uint64_t odd = oddFromEnd(small, terminatorOdd) & inLong;
+    const uint64_t last = inLong & ~((small >> 1) | (next << 63));
+    const uint64_t dropped = inLong & ~odd & ~last & ~first & ~second;
     return {fit & ~dropped, odd & ~first, last, inLong & ~odd & ~last & (first | second), ~fit & valid};
   }
 
+  // The number of groups with nibble blocks so far.
+  std::size_t groupsWithBlocks() const { return m_blocks; }
+
 private:
+  std::size_t m_blocks = 0;
   uint64_t m_small;                // the current group's small bits
   uint64_t m_before = 0;           // the group before's
   uint64_t m_two, m_four, m_seven; // 2, 4 and 7 small deltas in a row end at these words
@@ -898,12 +914,6 @@ inline uint64_t bitRange(unsigned from, unsigned to)
 {
   return (to == 64 ? ~uint64_t{0} : (uint64_t{1} << to) - 1) & ~((uint64_t{1} << from) - 1);
 }
-
-// The bits of one group of 64 words; its 64 delta bytes are kept apart.
-struct GroupBits
-{
-  uint64_t fit, small;
-};
 
 // A stretch of groups of a row, classified before any of it is written, so that the
 // roles of every group are known from its neighbours' bits: the delta bytes of group i
@@ -1045,6 +1055,7 @@ encodeRowsInGroups(const uint8_t* source, std::size_t rows, std::size_t columns,
   const std::size_t groups = (columns + 63) / 64;
   auto stretch = std::make_unique<Stretch>();
   stretch->columns = columns;
+  std::size_t groupsBefore = 0, blocksBefore = 0; // the groups of the rows before, and those with nibble blocks
   for (std::size_t row = 0; row < rows; ++row)
   {
     const uint8_t* const rowWords = source + 2 * columns * row;
@@ -1088,14 +1099,21 @@ encodeRowsInGroups(const uint8_t* source, std::size_t rows, std::size_t columns,
       }
       if (!runs)
         runs.emplace(s.bits[0].small);
-      for (std::size_t i = 0; i < s.groups; ++i)
-        s.roles[i] = runs->advance(s.bits[i].fit, s.count(i), s.bits[i + 1].small, (endOdd >> i & 1) != 0);
+      // Groups without nibble blocks are skipped while they are 15 in 16 of those so far.
+      if (16 * (blocksBefore + runs->groupsWithBlocks()) <= groupsBefore)
+        for (std::size_t i = 0; i < s.groups; ++i)
+          s.roles[i] = runs->advance<true>(s.bits[i].fit, s.count(i), s.bits[i + 1].small, (endOdd >> i & 1) != 0);
+      else
+        for (std::size_t i = 0; i < s.groups; ++i)
+          s.roles[i] = runs->advance<false>(s.bits[i].fit, s.count(i), s.bits[i + 1].small, (endOdd >> i & 1) != 0);
+      groupsBefore += s.groups;
       // Groups whose wide stores would reach past the 3 bytes per word of the call.
       std::size_t narrowFrom = s.groups;
       while (narrowFrom > 0 && columns - 64 * (first + narrowFrom - 1) - s.count(narrowFrom - 1) + wordsAfterRow < 24)
         --narrowFrom;
       Kernel::write(e, s, narrowFrom);
     }
+    blocksBefore += runs->groupsWithBlocks();
     e.previous = loadWord(rowWords + 2 * (columns - 1));
   }
   state.previous = e.previous;
@@ -1149,6 +1167,15 @@ __attribute__((target(RTE_IMX_WIDE))) inline WideGroup classifyWide(const uint8_
 
 struct WideGroups
 {
+  // Byte i holds i (and i + 1).
+  alignas(64) static constexpr uint8_t places[2][64] = {
+      {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21,
+       22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42, 43,
+       44, 45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56, 57, 58, 59, 60, 61, 62, 63},
+      {1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22,
+       23, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42, 43, 44,
+       45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56, 57, 58, 59, 60, 61, 62, 63, 64}};
+
   __attribute__((target(RTE_IMX_WIDE))) static void classify(const uint8_t* rowWords, std::size_t columns,
                                                              std::size_t first, std::size_t groups, bool callStart,
                                                              unsigned previous, GroupBits* bits, uint8_t* deltas)
@@ -1162,39 +1189,112 @@ struct WideGroups
     }
   }
 
-  // A full group with literals in one go, unless a literal streak at its start continues
-  // the pending literals (false, nothing written: the word-by-word folding takes it).
-  // Every word has four slots: its byte or literal token, the count of a folded streak
-  // (at the streak's first word), and the literal's two bytes; 16 words' slots are
-  // interleaved by one permute and packed by one compress. A streak of 3 or more that a
-  // word of the group follows is folded (0x7F, count, words); the others are 0x80 tokens,
-  // and a streak at the group's end stays pending.
-  __attribute__((target(RTE_IMX_WIDE), noinline)) static bool writeWithLiterals(Encoder& e, const uint8_t* words,
+  // A full group with a few literals, none of which folds: its bytes with 0x80 tokens
+  // in the literals' places, packed at once and stored; after each literal its word,
+  // then the packed bytes after it again, stored two bytes further up.
+  static constexpr int fewLiterals = 4;
+  __attribute__((target(RTE_IMX_WIDE))) static void writeFewLiterals(Encoder& e, const uint8_t* words, const Roles& r,
+                                                                     __m512i bytes)
+  {
+    if (e.pending != 0)
+      e.flushLiterals();
+    const uint64_t literals = r.literals, kept = r.keep | literals;
+    const __m512i packed = _mm512_maskz_compress_epi8(
+        kept, _mm512_mask_mov_epi8(bytes, literals, _mm512_set1_epi8(static_cast<char>(literalToken))));
+    const __m512i places0 = _mm512_load_si512(places[0]);
+    uint8_t* out = e.out;
+    _mm512_storeu_si512(out, packed);
+    for (uint64_t rest = literals; rest != 0; rest &= rest - 1)
+    {
+      const auto at = static_cast<unsigned>(__builtin_ctzll(rest));
+      // The packed bytes up to the literal's token, and the words inserted before it.
+      const auto through = static_cast<unsigned>(__builtin_popcountll(_bzhi_u64(kept, at + 1)));
+      uint8_t* const word = out + through;
+      std::memcpy(word, words + 2 * at, 2);
+      out += 2;
+      _mm512_storeu_si512(
+          word + 2,
+          _mm512_permutexvar_epi8(_mm512_add_epi8(places0, _mm512_set1_epi8(static_cast<char>(through))), packed));
+    }
+    e.out = out + __builtin_popcountll(kept);
+    // The literals at the group's end stay pending.
+    e.pending = literals >> 63 == 0 ? 0 : static_cast<unsigned>(__builtin_clzll(~literals));
+  }
+
+  // Folds the pending literal tokens before out into one run token whose count also
+  // takes the continuing words of the group that follow (total in all, at most 255).
+  __attribute__((target(RTE_IMX_WIDE))) static uint8_t* foldPending(uint8_t* out, unsigned pending, unsigned total)
+  {
+    uint8_t* const run = out - 3 * std::size_t{pending};
+    if (pending > 21) // more than one register holds
+    {
+      uint8_t* const end = foldLiterals(out, pending);
+      run[1] = static_cast<uint8_t>(total);
+      return end;
+    }
+    // The words (bytes 3i + 1 and 3i + 2 of the tokens) read at once, then stored lower.
+    const __m512i words =
+        _mm512_maskz_compress_epi8(_bzhi_u64(0x6DB6DB6DB6DB6DB6ull, 3 * pending), _mm512_loadu_si512(run));
+    run[0] = literalRunToken;
+    run[1] = static_cast<uint8_t>(total);
+    _mm512_storeu_si512(run + 2, words);
+    return run + 2 + 2 * std::size_t{pending};
+  }
+
+  // A full group with literals in one go. Every word has four slots: its byte or
+  // literal token, the count of a folded streak (at the streak's first word), and the
+  // literal's two bytes; 16 words' slots are interleaved by one permute and packed by
+  // one compress. A streak of 3 or more that a word of the group follows is folded
+  // (0x7F, count, words), together with the pending literals it continues; the others
+  // are 0x80 tokens, and a streak at the group's end stays pending. Only a streak that
+  // continues the pending literals past 255 words or through the whole group goes word
+  // by word.
+  __attribute__((target(RTE_IMX_WIDE), noinline)) static void writeWithLiterals(Encoder& e, const uint8_t* words,
                                                                                 const Roles& r, __m512i bytes)
   {
     const uint64_t literals = r.literals;
+    uint64_t continuing = 0; // the words that join the pending literals' run token
     if (e.pending != 0)
     {
-      if ((literals & 1) != 0)
-        return false;
-      e.flushLiterals();
-    }
-    uint64_t folded = 0, foldedFirst = 0;
-    alignas(64) uint8_t counts[64] = {};
-    for (uint64_t starts = literals & ~(literals << 1); starts != 0; starts &= starts - 1)
-    {
-      const auto at = static_cast<unsigned>(__builtin_ctzll(starts));
-      const uint64_t others = ~literals >> at; // 0: the streak reaches the group's end
-      if (others == 0)
-        break;
-      const auto length = static_cast<unsigned>(__builtin_ctzll(others));
-      if (length >= 3)
+      const uint64_t others = ~literals;
+      const unsigned leading = others == 0 ? 64 : static_cast<unsigned>(__builtin_ctzll(others));
+      const unsigned total = e.pending + leading;
+      if (leading == 64 || total > longestLiteralRun)
       {
-        folded |= bitRange(at, at + length);
-        foldedFirst |= uint64_t{1} << at;
-        counts[at] = static_cast<uint8_t>(length);
+        for (unsigned j = 0; j < leading; ++j)
+          e.writeLiteral(loadWord(words + 2 * j));
+        if (leading == 64)
+          return;
+        e.flushLiterals();
+        writeRest(e, words, r, bytes, literals & ~uint64_t{0} << leading);
+        return;
       }
+      if (total >= 3)
+      {
+        e.out = foldPending(e.out, e.pending, total);
+        continuing = (uint64_t{1} << leading) - 1;
+      }
+      e.pending = 0;
     }
+    writeRest(e, words, r, bytes, literals, continuing);
+  }
+
+  // The group's words from the first literal that is not already written; continuing:
+  // the streak at its start that joined the run token before.
+  __attribute__((target(RTE_IMX_WIDE), always_inline)) static inline void
+  writeRest(Encoder& e, const uint8_t* words, const Roles& r, __m512i bytes, uint64_t literals, uint64_t continuing = 0)
+  {
+    const uint64_t starts = literals & ~(literals << 1), ends = literals & ~(literals >> 1);
+    // The streak at the group's end stays pending: neither folded nor counted.
+    const uint64_t trailing = literals >> 63 == 0 ? 0 : ~uint64_t{0} << (63 - __builtin_clzll(starts));
+    const uint64_t closed = literals & ~trailing & ~continuing;
+    const uint64_t threes = closed & (closed >> 1) & (closed >> 2);
+    const uint64_t folded = threes | threes << 1 | threes << 2 | continuing;
+    const uint64_t foldedFirst = starts & folded & ~continuing;
+    // Each streak's length at its first word: its end less its start, streak by streak.
+    const __m512i lengths = _mm512_sub_epi8(_mm512_maskz_compress_epi8(ends, _mm512_load_si512(places[1])),
+                                            _mm512_maskz_compress_epi8(starts, _mm512_load_si512(places[0])));
+    const __m512i countBytes = _mm512_maskz_expand_epi8(starts, lengths);
     const uint64_t unfolded = literals & ~folded;
     __m512i first = _mm512_mask_mov_epi8(bytes, unfolded, _mm512_set1_epi8(static_cast<char>(literalToken)));
     first = _mm512_mask_mov_epi8(first, foldedFirst, _mm512_set1_epi8(literalRunToken));
@@ -1214,26 +1314,44 @@ struct WideGroups
         {32,  33,  96,  97,  34,  35,  98,  99,  36,  37,  100, 101, 38,  39,  102, 103, 40,  41,  104, 105, 42,  43,
          106, 107, 44,  45,  108, 109, 46,  47,  110, 111, 48,  49,  112, 113, 50,  51,  114, 115, 52,  53,  116, 117,
          54,  55,  118, 119, 56,  57,  120, 121, 58,  59,  122, 123, 60,  61,  124, 125, 62,  63,  126, 127}};
-    const __m512i countBytes = _mm512_load_si512(counts);
+    // The word of each slot of words 0-15, 16-31, 32-47 and 48-63.
+    alignas(64) static constexpr uint8_t slotWord[4][64] = {
+        {0,  0,  0,  0,  1,  1,  1,  1,  2,  2,  2,  2,  3,  3,  3,  3,  4,  4,  4,  4,  5,  5,
+         5,  5,  6,  6,  6,  6,  7,  7,  7,  7,  8,  8,  8,  8,  9,  9,  9,  9,  10, 10, 10, 10,
+         11, 11, 11, 11, 12, 12, 12, 12, 13, 13, 13, 13, 14, 14, 14, 14, 15, 15, 15, 15},
+        {16, 16, 16, 16, 17, 17, 17, 17, 18, 18, 18, 18, 19, 19, 19, 19, 20, 20, 20, 20, 21, 21,
+         21, 21, 22, 22, 22, 22, 23, 23, 23, 23, 24, 24, 24, 24, 25, 25, 25, 25, 26, 26, 26, 26,
+         27, 27, 27, 27, 28, 28, 28, 28, 29, 29, 29, 29, 30, 30, 30, 30, 31, 31, 31, 31},
+        {32, 32, 32, 32, 33, 33, 33, 33, 34, 34, 34, 34, 35, 35, 35, 35, 36, 36, 36, 36, 37, 37,
+         37, 37, 38, 38, 38, 38, 39, 39, 39, 39, 40, 40, 40, 40, 41, 41, 41, 41, 42, 42, 42, 42,
+         43, 43, 43, 43, 44, 44, 44, 44, 45, 45, 45, 45, 46, 46, 46, 46, 47, 47, 47, 47},
+        {48, 48, 48, 48, 49, 49, 49, 49, 50, 50, 50, 50, 51, 51, 51, 51, 52, 52, 52, 52, 53, 53,
+         53, 53, 54, 54, 54, 54, 55, 55, 55, 55, 56, 56, 56, 56, 57, 57, 57, 57, 58, 58, 58, 58,
+         59, 59, 59, 59, 60, 60, 60, 60, 61, 61, 61, 61, 62, 62, 62, 62, 63, 63, 63, 63}};
+    // Which of a word's slots are kept, as bits 0-3 of a byte per word, spread to the
+    // slots of each 16 words by the same order.
+    __m512i kept = _mm512_maskz_mov_epi8(firstKept, _mm512_set1_epi8(1));
+    kept = _mm512_mask_add_epi8(kept, foldedFirst, kept, _mm512_set1_epi8(2));
+    kept = _mm512_mask_add_epi8(kept, literals, kept, _mm512_set1_epi8(12));
+    const __m512i slotBits = _mm512_set1_epi32(0x08040201);
+    uint8_t* out = e.out;
+#pragma GCC unroll 2
     for (unsigned half = 0; half < 2; ++half)
     {
       const __m512i paired = _mm512_permutex2var_epi8(first, _mm512_load_si512(pairOrder[half]), countBytes);
       const __m512i literalWords = _mm512_loadu_si512(words + 64 * half);
+#pragma GCC unroll 2
       for (unsigned quarter = 0; quarter < 2; ++quarter)
       {
-        const unsigned shift = 32 * half + 16 * quarter;
         const __m512i all = _mm512_permutex2var_epi8(paired, _mm512_load_si512(slotOrder[quarter]), literalWords);
-        const uint64_t keep = _pdep_u64(firstKept >> shift & 0xFFFF, 0x1111111111111111ull) |
-                              _pdep_u64(foldedFirst >> shift & 0xFFFF, 0x2222222222222222ull) |
-                              _pdep_u64(literals >> shift & 0xFFFF, 0x4444444444444444ull) * 3;
-        _mm512_storeu_si512(e.out, _mm512_maskz_compress_epi8(keep, all));
-        e.out += __builtin_popcountll(keep);
+        const __m512i slotKept = _mm512_permutexvar_epi8(_mm512_load_si512(slotWord[2 * half + quarter]), kept);
+        const __mmask64 keep = _mm512_test_epi8_mask(slotKept, slotBits);
+        _mm512_storeu_si512(out, _mm512_maskz_compress_epi8(keep, all));
+        out += __builtin_popcountll(_cvtmask64_u64(keep));
       }
     }
-    // The streak at the group's end stays pending.
-    const uint64_t others = ~literals;
-    e.pending = literals >> 63 == 0 ? 0 : (others == 0 ? 64 : static_cast<unsigned>(__builtin_clzll(others)));
-    return true;
+    e.out = out;
+    e.pending = static_cast<unsigned>(__builtin_popcountll(trailing));
   }
 
   __attribute__((target(RTE_IMX_WIDE))) static void write(Encoder& e, const Stretch& stretch, std::size_t narrowFrom)
@@ -1269,8 +1387,17 @@ struct WideGroups
       }
       const unsigned count = stretch.count(i);
       const uint8_t* words = stretch.rowWords + 128 * (stretch.first + i);
-      if (count == 64 && wide && writeWithLiterals(e, words, r, bytes))
+      if (count == 64 && wide)
+      {
+        const uint64_t literals = r.literals;
+        const bool folds =
+            (literals & (literals >> 1) & (literals >> 2)) != 0 || (e.pending != 0 && (literals & 1) != 0);
+        if (!folds && __builtin_popcountll(literals) <= fewLiterals)
+          writeFewLiterals(e, words, r, bytes);
+        else
+          writeWithLiterals(e, words, r, bytes);
         continue;
+      }
       for (unsigned k = 0, end = 0, streakEnd = 0; k < count; k = streakEnd)
       {
         nextStretch(r.literals, count, k, end, streakEnd);
@@ -1306,13 +1433,15 @@ RTE_IMX_WIDE_END
 // Whether the group encoder is the faster one for these words, judged from up to 16
 // groups spread over them. It costs about the same for every group without literals,
 // the block encoder less for long stretches of one-byte deltas and more for every nibble
-// block it closes (one per 20 words or so in a flat field); literals cost the group
-// encoder most. With AVX-512 (wide) the group encoder is the faster one wherever
-// literals are rare.
+// block it closes (one per 20 words or so in a flat field); literals cost the AVX2
+// group encoder most. With AVX-512 (wide) the group encoder is the faster one on every
+// stream: it writes groups with literals in one go too.
 __attribute__((target(RTE_IMX_VECTOR))) bool groupsPay(const uint8_t* source, std::size_t words, bool wide)
 {
   if (words < 2 * 64 + 2)
     return false;
+  if (wide)
+    return true;
   const std::size_t samples = std::min<std::size_t>(16, (words - 1) / 64 - 1);
   const std::size_t stride = ((words - 1) / 64 - 1) / samples * 64;
   unsigned literals = 0, closes = 0;
@@ -1323,7 +1452,7 @@ __attribute__((target(RTE_IMX_VECTOR))) bool groupsPay(const uint8_t* source, st
     literals += static_cast<unsigned>(__builtin_popcountll(~group.fit));
     closes += static_cast<unsigned>(__builtin_popcountll(inLong & ~(inLong >> 1)));
   }
-  return literals <= samples && (wide || closes >= 2 * samples);
+  return literals <= samples && closes >= 2 * samples;
 }
 
 enum class EncoderLoops
