@@ -655,3 +655,36 @@ TEST(C_IMX, DamagedStreamsReadAlikeByEveryDecoder)
         });
   }
 }
+
+TEST(C_IMX, EveryDecoderConsumesTheStreamUpToItsLastByte)
+{
+  // Two deltas and a literal over and over, so that literals run from one 64-byte window
+  // into the next; then 63 deltas and a literal whose two bytes lie past a window's end.
+  // Every decoder gives the words back and counts the whole stream as read.
+  for (std::size_t triples : {60u, 61u, 62u, 63u, 64u, 65u})
+  {
+    SCOPED_TRACE(testing::Message() << triples << " triples");
+    std::vector<uint16_t> image;
+    int value = 0;
+    for (std::size_t i = 0; i < triples; ++i)
+    {
+      image.push_back(static_cast<uint16_t>(value += 20));
+      image.push_back(static_cast<uint16_t>(value -= 20));
+      image.push_back(static_cast<uint16_t>(value = 0x1000 + 0x101 * static_cast<int>(i % 64)));
+    }
+    for (int i = 0; i < 63; ++i)
+      image.push_back(static_cast<uint16_t>(value += i % 2 == 0 ? 20 : -20));
+    image.push_back(static_cast<uint16_t>(value + 0x4000));
+    const Bytes stream = referenceStream(image, image.size());
+    RTE::C_IMX codec;
+    codec.SetParameters({{"Columns", qulonglong(image.size())}, {"Rows", 1}});
+    forEachLoops(
+        [&]
+        {
+          const Outcome out = run(codec, false, stream, 2 * image.size());
+          EXPECT_EQ(out.code, 0u);
+          EXPECT_EQ(wordsOf(out.data), image);
+          EXPECT_EQ(codec.GetParameters()["Size"].toULongLong(), stream.size());
+        });
+  }
+}

@@ -2260,27 +2260,33 @@ __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeDense(const uint8_t*& p
                                           12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0);
   DecodeResult result = DecodeResult::Ok;
   __m512i running = _mm512_set1_epi16(static_cast<short>(value));
+  uint64_t carried = 0; // the first bytes of the window that a literal before it covers
   while (o < outEnd)
   {
     if (end - p >= 66 && outEnd - o >= 128)
     {
       const __m512i bytes = _mm512_loadu_si512(p);
-      const uint64_t marks = _mm512_cmpeq_epi8_mask(bytes, _mm512_set1_epi8(static_cast<char>(literalToken)));
+      const uint64_t marks =
+          _mm512_cmpeq_epi8_mask(bytes, _mm512_set1_epi8(static_cast<char>(literalToken))) & ~carried;
       const uint64_t others = _mm512_cmpeq_epi8_mask(bytes, _mm512_set1_epi8(literalRunToken)) |
                               _mm512_cmpeq_epi8_mask(bytes, _mm512_set1_epi8(static_cast<char>(nibbleToken)));
-      const uint64_t covered = (marks << 1) | (marks << 2);
+      const uint64_t covered = carried | (marks << 1) | (marks << 2);
       const uint64_t clash = marks & covered;
-      const uint64_t stops = (others & ~covered) | (marks & ((clash >> 1) | (clash >> 2))) | (marks >> 62 << 62);
+      const uint64_t stops = (others & ~covered) | (marks & ((clash >> 1) | (clash >> 2)));
+      // Without a stop the window is taken whole, and the next one starts 64 bytes on
+      // whatever the bytes were: the windows do not wait for one another.
       const unsigned stop = stops == 0 ? 64 : static_cast<unsigned>(__builtin_ctzll(stops));
-      const uint64_t range = stop == 64 ? ~uint64_t{0} : (uint64_t{1} << stop) - 1;
+      const uint64_t range = stops == 0 ? ~uint64_t{0} : (uint64_t{1} << stop) - 1;
       const uint64_t tokens = ~covered & range;
       const uint64_t literals = marks & range;
       const unsigned count = static_cast<unsigned>(__builtin_popcountll(tokens));
       if (count != 0)
       {
         const __m512i deltas = _mm512_maskz_compress_epi8(tokens, bytes);
-        const __m512i words = _mm512_permutex2var_epi8(_mm512_maskz_compress_epi8(literals << 1, bytes), pairs,
-                                                       _mm512_maskz_compress_epi8(literals << 2, bytes));
+        // A literal's bytes follow its 0x80, past the window's end too.
+        const __m512i words =
+            _mm512_permutex2var_epi8(_mm512_maskz_compress_epi8(literals, _mm512_loadu_si512(p + 1)), pairs,
+                                     _mm512_maskz_compress_epi8(literals, _mm512_loadu_si512(p + 2)));
         const uint64_t isLiteral = _pext_u64(literals, tokens);
         const auto firstLiterals = static_cast<uint32_t>(isLiteral);
         const __m512i first =
@@ -2298,9 +2304,11 @@ __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeDense(const uint8_t*& p
         _mm512_storeu_si512(o + 64, high);
         running = _mm512_permutex2var_epi16(low, _mm512_set1_epi16(static_cast<short>(count - 1)), high);
         o += 2 * count;
-        p += stop;
       }
-      if (stop == 64)
+      p += stop;
+      // A literal that runs into the next window covers its first one or two bytes.
+      carried = stops == 0 ? (marks >> 62 & 1) | (marks >> 63) * 3 : 0;
+      if (stops == 0)
         continue;
       if (*p == literalRunToken && p[1] != 0 && p[1] <= 32)
       {
@@ -2316,11 +2324,19 @@ __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeDense(const uint8_t*& p
         }
       }
     }
+    else if (carried != 0)
+    {
+      // The literal that ran into this window is written already: past its bytes.
+      p += __builtin_popcountll(carried);
+      carried = 0;
+      continue;
+    }
     value = static_cast<unsigned>(_mm_extract_epi16(_mm512_castsi512_si128(running), 0)) & 0xFFFF;
     if (!decodeToken(p, end, o, outEnd, value, result))
       break;
     running = _mm512_set1_epi16(static_cast<short>(value));
   }
+  p += __builtin_popcountll(carried);
   value = static_cast<unsigned>(_mm_extract_epi16(_mm512_castsi512_si128(running), 0)) & 0xFFFF;
   return result;
 }
@@ -2551,12 +2567,12 @@ DecodeResult decode(const uint8_t* source, std::size_t sourceSize, uint8_t* dest
   {
     // Measured on this coder's streams: the wide decoder is the fastest where nibble
     // blocks are common (from 1 token in 128 bytes) and literals rare (up to 1 in 64),
-    // the dense one where literals make more than 2 in 64 bytes, and otherwise the AVX2
+    // the dense one where literals make more than 1.25 in 64 bytes, and otherwise the AVX2
     // one, which takes plain deltas in one pass and a literal on the spot.
     const TokenShares shares = tokenShares(source, sourceSize);
     if (shares.literals <= 1.0 && shares.nibbles >= 0.5)
       return decodeWide(source, sourceSize, destination, words, consumed);
-    if (shares.literals > 2.0)
+    if (shares.literals > 1.25)
     {
       const uint8_t* p = source;
       uint8_t* o = destination;
