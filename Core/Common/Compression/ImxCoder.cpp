@@ -1667,14 +1667,14 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
     return encode(source, rows, columns, destination);
   const EncoderLoops loops = chooseEncoder(source, rows * columns);
 
-  // The rows are cut into pieces of about 64 Ki words (at least 8 per thread), taken by
+  // The rows are cut into pieces of about 128 Ki words (at least 8 per thread), taken by
   // the threads in order. A piece is encoded into a scratch buffer (small enough to stay
   // in the cache) and copied to the destination once the pieces before it are there; a
   // piece whose predecessors are all there when it starts is encoded in place. Each
   // piece starts from the running value and the pending literals the serial encoder
   // would have there and first writes those pending literal tokens itself; the piece
   // before leaves them out. So the pieces simply concatenate to the serial stream.
-  constexpr std::size_t pieceWords = std::size_t{1} << 16;
+  constexpr std::size_t pieceWords = std::size_t{1} << 17;
   std::size_t rowsPerPiece = std::max<std::size_t>(1, pieceWords / columns);
   rowsPerPiece = std::min(rowsPerPiece, std::max<std::size_t>(1, rows / (8 * std::size_t{threads})));
   const std::size_t pieces = (rows + rowsPerPiece - 1) / rowsPerPiece;
