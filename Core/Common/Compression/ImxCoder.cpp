@@ -1165,16 +1165,34 @@ __attribute__((target(RTE_IMX_WIDE))) inline WideGroup classifyWide(const uint8_
   return {bytes, fit, small};
 }
 
+// The byte permutes of the group encoder's literal writing. A word has four slots: its
+// byte or token, a run's count, and the literal's two bytes.
+struct alignas(64) SlotTables
+{
+  uint8_t places[2][64];    // byte i: i, and i + 1
+  uint8_t pairOrder[2][64]; // (first, count) of words 0-31, and of 32-63, from two registers
+  uint8_t slotOrder[2][64]; // per 16 words (first, count, low, high), from the pairs and the words
+  uint8_t slotWord[4][64];  // the word of each slot of words 0-15, 16-31, 32-47 and 48-63
+  constexpr SlotTables() : places(), pairOrder(), slotOrder(), slotWord()
+  {
+    for (unsigned i = 0; i < 64; ++i)
+    {
+      places[0][i] = static_cast<uint8_t>(i);
+      places[1][i] = static_cast<uint8_t>(i + 1);
+      for (unsigned h = 0; h < 2; ++h)
+      {
+        pairOrder[h][i] = static_cast<uint8_t>(32 * h + i / 2 + (i % 2) * 64);
+        slotOrder[h][i] = static_cast<uint8_t>(32 * h + 2 * (i / 4) + (i % 2) + (i % 4 >= 2 ? 64 : 0));
+      }
+      for (unsigned q = 0; q < 4; ++q)
+        slotWord[q][i] = static_cast<uint8_t>(16 * q + i / 4);
+    }
+  }
+};
+constexpr SlotTables slotTables;
+
 struct WideGroups
 {
-  // Byte i holds i (and i + 1).
-  alignas(64) static constexpr uint8_t places[2][64] = {
-      {0,  1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21,
-       22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42, 43,
-       44, 45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56, 57, 58, 59, 60, 61, 62, 63},
-      {1,  2,  3,  4,  5,  6,  7,  8,  9,  10, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20, 21, 22,
-       23, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35, 36, 37, 38, 39, 40, 41, 42, 43, 44,
-       45, 46, 47, 48, 49, 50, 51, 52, 53, 54, 55, 56, 57, 58, 59, 60, 61, 62, 63, 64}};
 
   __attribute__((target(RTE_IMX_WIDE))) static void classify(const uint8_t* rowWords, std::size_t columns,
                                                              std::size_t first, std::size_t groups, bool callStart,
@@ -1201,7 +1219,7 @@ struct WideGroups
     const uint64_t literals = r.literals, kept = r.keep | literals;
     const __m512i packed = _mm512_maskz_compress_epi8(
         kept, _mm512_mask_mov_epi8(bytes, literals, _mm512_set1_epi8(static_cast<char>(literalToken))));
-    const __m512i places0 = _mm512_load_si512(places[0]);
+    const __m512i places0 = _mm512_load_si512(slotTables.places[0]);
     uint8_t* out = e.out;
     _mm512_storeu_si512(out, packed);
     for (uint64_t rest = literals; rest != 0; rest &= rest - 1)
@@ -1292,42 +1310,14 @@ struct WideGroups
     const uint64_t folded = threes | threes << 1 | threes << 2 | continuing;
     const uint64_t foldedFirst = starts & folded & ~continuing;
     // Each streak's length at its first word: its end less its start, streak by streak.
-    const __m512i lengths = _mm512_sub_epi8(_mm512_maskz_compress_epi8(ends, _mm512_load_si512(places[1])),
-                                            _mm512_maskz_compress_epi8(starts, _mm512_load_si512(places[0])));
+    const __m512i lengths =
+        _mm512_sub_epi8(_mm512_maskz_compress_epi8(ends, _mm512_load_si512(slotTables.places[1])),
+                        _mm512_maskz_compress_epi8(starts, _mm512_load_si512(slotTables.places[0])));
     const __m512i countBytes = _mm512_maskz_expand_epi8(starts, lengths);
     const uint64_t unfolded = literals & ~folded;
     __m512i first = _mm512_mask_mov_epi8(bytes, unfolded, _mm512_set1_epi8(static_cast<char>(literalToken)));
     first = _mm512_mask_mov_epi8(first, foldedFirst, _mm512_set1_epi8(literalRunToken));
     const uint64_t firstKept = r.keep | unfolded | foldedFirst;
-    // (first, count) of words 0-31 and 32-63; then per 16 words (first, count, low, high).
-    alignas(64) static constexpr uint8_t pairOrder[2][64] = {
-        {0,  64, 1,  65, 2,  66, 3,  67, 4,  68, 5,  69, 6,  70, 7,  71, 8,  72, 9,  73, 10, 74,
-         11, 75, 12, 76, 13, 77, 14, 78, 15, 79, 16, 80, 17, 81, 18, 82, 19, 83, 20, 84, 21, 85,
-         22, 86, 23, 87, 24, 88, 25, 89, 26, 90, 27, 91, 28, 92, 29, 93, 30, 94, 31, 95},
-        {32, 96,  33, 97,  34, 98,  35, 99,  36, 100, 37, 101, 38, 102, 39, 103, 40, 104, 41, 105, 42, 106,
-         43, 107, 44, 108, 45, 109, 46, 110, 47, 111, 48, 112, 49, 113, 50, 114, 51, 115, 52, 116, 53, 117,
-         54, 118, 55, 119, 56, 120, 57, 121, 58, 122, 59, 123, 60, 124, 61, 125, 62, 126, 63, 127}};
-    alignas(64) static constexpr uint8_t slotOrder[2][64] = {
-        {0,  1,  64, 65, 2,  3,  66, 67, 4,  5,  68, 69, 6,  7,  70, 71, 8,  9,  72, 73, 10, 11,
-         74, 75, 12, 13, 76, 77, 14, 15, 78, 79, 16, 17, 80, 81, 18, 19, 82, 83, 20, 21, 84, 85,
-         22, 23, 86, 87, 24, 25, 88, 89, 26, 27, 90, 91, 28, 29, 92, 93, 30, 31, 94, 95},
-        {32,  33,  96,  97,  34,  35,  98,  99,  36,  37,  100, 101, 38,  39,  102, 103, 40,  41,  104, 105, 42,  43,
-         106, 107, 44,  45,  108, 109, 46,  47,  110, 111, 48,  49,  112, 113, 50,  51,  114, 115, 52,  53,  116, 117,
-         54,  55,  118, 119, 56,  57,  120, 121, 58,  59,  122, 123, 60,  61,  124, 125, 62,  63,  126, 127}};
-    // The word of each slot of words 0-15, 16-31, 32-47 and 48-63.
-    alignas(64) static constexpr uint8_t slotWord[4][64] = {
-        {0,  0,  0,  0,  1,  1,  1,  1,  2,  2,  2,  2,  3,  3,  3,  3,  4,  4,  4,  4,  5,  5,
-         5,  5,  6,  6,  6,  6,  7,  7,  7,  7,  8,  8,  8,  8,  9,  9,  9,  9,  10, 10, 10, 10,
-         11, 11, 11, 11, 12, 12, 12, 12, 13, 13, 13, 13, 14, 14, 14, 14, 15, 15, 15, 15},
-        {16, 16, 16, 16, 17, 17, 17, 17, 18, 18, 18, 18, 19, 19, 19, 19, 20, 20, 20, 20, 21, 21,
-         21, 21, 22, 22, 22, 22, 23, 23, 23, 23, 24, 24, 24, 24, 25, 25, 25, 25, 26, 26, 26, 26,
-         27, 27, 27, 27, 28, 28, 28, 28, 29, 29, 29, 29, 30, 30, 30, 30, 31, 31, 31, 31},
-        {32, 32, 32, 32, 33, 33, 33, 33, 34, 34, 34, 34, 35, 35, 35, 35, 36, 36, 36, 36, 37, 37,
-         37, 37, 38, 38, 38, 38, 39, 39, 39, 39, 40, 40, 40, 40, 41, 41, 41, 41, 42, 42, 42, 42,
-         43, 43, 43, 43, 44, 44, 44, 44, 45, 45, 45, 45, 46, 46, 46, 46, 47, 47, 47, 47},
-        {48, 48, 48, 48, 49, 49, 49, 49, 50, 50, 50, 50, 51, 51, 51, 51, 52, 52, 52, 52, 53, 53,
-         53, 53, 54, 54, 54, 54, 55, 55, 55, 55, 56, 56, 56, 56, 57, 57, 57, 57, 58, 58, 58, 58,
-         59, 59, 59, 59, 60, 60, 60, 60, 61, 61, 61, 61, 62, 62, 62, 62, 63, 63, 63, 63}};
     // Which of a word's slots are kept, as bits 0-3 of a byte per word, spread to the
     // slots of each 16 words by the same order.
     __m512i kept = _mm512_maskz_mov_epi8(firstKept, _mm512_set1_epi8(1));
@@ -1338,13 +1328,15 @@ struct WideGroups
 #pragma GCC unroll 2
     for (unsigned half = 0; half < 2; ++half)
     {
-      const __m512i paired = _mm512_permutex2var_epi8(first, _mm512_load_si512(pairOrder[half]), countBytes);
+      const __m512i paired = _mm512_permutex2var_epi8(first, _mm512_load_si512(slotTables.pairOrder[half]), countBytes);
       const __m512i literalWords = _mm512_loadu_si512(words + 64 * half);
 #pragma GCC unroll 2
       for (unsigned quarter = 0; quarter < 2; ++quarter)
       {
-        const __m512i all = _mm512_permutex2var_epi8(paired, _mm512_load_si512(slotOrder[quarter]), literalWords);
-        const __m512i slotKept = _mm512_permutexvar_epi8(_mm512_load_si512(slotWord[2 * half + quarter]), kept);
+        const __m512i all =
+            _mm512_permutex2var_epi8(paired, _mm512_load_si512(slotTables.slotOrder[quarter]), literalWords);
+        const __m512i slotKept =
+            _mm512_permutexvar_epi8(_mm512_load_si512(slotTables.slotWord[2 * half + quarter]), kept);
         const __mmask64 keep = _mm512_test_epi8_mask(slotKept, slotBits);
         _mm512_storeu_si512(out, _mm512_maskz_compress_epi8(keep, all));
         out += __builtin_popcountll(_cvtmask64_u64(keep));
