@@ -1193,7 +1193,6 @@ constexpr SlotTables slotTables;
 
 struct WideGroups
 {
-
   __attribute__((target(RTE_IMX_WIDE))) static void classify(const uint8_t* rowWords, std::size_t columns,
                                                              std::size_t first, std::size_t groups, bool callStart,
                                                              unsigned previous, GroupBits* bits, uint8_t* deltas)
