@@ -2340,36 +2340,54 @@ struct HeldLiteral
   uint16_t word;
 };
 
-// Adds up count one-byte deltas (count at least 1) onto the running value and writes
-// the words at o, 32 at a time: the last store may write up to 31 words past them. The
-// held literals (in order) set their words, and the words after them follow on.
-__attribute__((target(RTE_IMX_VECTOR))) void sumDeltas(const uint8_t* deltas, std::size_t count,
-                                                       const HeldLiteral* held, std::size_t heldCount, uint8_t*& o,
-                                                       unsigned& value)
+// Prefix sums of 32 words: inside the 128-bit lanes, then each lane's total carried to
+// the lanes above it (one lane up, then the sums of two lanes two up).
+__attribute__((target(RTE_IMX_WIDE))) inline __m512i prefixSums32(__m512i v)
 {
-  __m256i running = _mm256_set1_epi16(static_cast<short>(value));
-  const __m256i places0 = _mm256_setr_epi16(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
-  const __m256i places1 = _mm256_add_epi16(places0, _mm256_set1_epi16(16));
+  const __m512i zero = _mm512_setzero_si512();
+  v = _mm512_add_epi16(v, _mm512_bslli_epi128(v, 2));
+  v = _mm512_add_epi16(v, _mm512_bslli_epi128(v, 4));
+  v = _mm512_add_epi16(v, _mm512_bslli_epi128(v, 8));
+  const __m512i totals = _mm512_shuffle_epi8(v, _mm512_set1_epi16(0x0F0E));
+  const __m512i one = _mm512_alignr_epi64(totals, zero, 6);
+  const __m512i two = _mm512_alignr_epi64(_mm512_add_epi16(totals, one), zero, 4);
+  return _mm512_add_epi16(v, _mm512_add_epi16(one, two));
+}
+
+// Adds up count one-byte deltas (count at least 1) onto the running value and writes
+// the words at o, 64 at a time: the last stores may write up to 63 words past them. The
+// held literals (in order) set their words, and the words after them follow on.
+__attribute__((target(RTE_IMX_WIDE))) void sumDeltas(const uint8_t* deltas, std::size_t count,
+                                                     const HeldLiteral* held, std::size_t heldCount, uint8_t*& o,
+                                                     unsigned& value)
+{
+  const __m512i lastWord = _mm512_set1_epi16(31);
+  __m512i running = _mm512_set1_epi16(static_cast<short>(value));
   std::size_t h = 0;
-  for (std::size_t i = 0; i < count; i += 32)
+  for (std::size_t i = 0; i < count; i += 64)
   {
-    const Sums sums = prefixSums(load(deltas + i));
-    __m256i low = _mm256_add_epi16(sums.low, running), high = _mm256_add_epi16(sums.high, running);
-    for (; h < heldCount && held[h].at < i + 32; ++h)
+    const __m512i low = prefixSums32(_mm512_cvtepi8_epi16(_mm256_load_si256(reinterpret_cast<const __m256i*>(deltas + i))));
+    __m512i high =
+        prefixSums32(_mm512_cvtepi8_epi16(_mm256_load_si256(reinterpret_cast<const __m256i*>(deltas + i + 32))));
+    high = _mm512_add_epi16(high, _mm512_permutexvar_epi16(lastWord, low));
+    __m512i first = _mm512_add_epi16(low, running), second = _mm512_add_epi16(high, running);
+    // The next running value from this one, not from the words: the loop then waits on
+    // one addition per 64 words.
+    running = _mm512_add_epi16(running, _mm512_permutexvar_epi16(lastWord, high));
+    for (; h < heldCount && held[h].at < i + 64; ++h)
     {
       // The literal's word less what its 0 delta gave, added from its place on.
-      alignas(32) uint16_t words[32];
-      _mm256_store_si256(reinterpret_cast<__m256i*>(words), low);
-      _mm256_store_si256(reinterpret_cast<__m256i*>(words + 16), high);
       const auto place = static_cast<unsigned>(held[h].at - i);
-      const __m256i from = _mm256_set1_epi16(static_cast<short>(place - 1));
-      const __m256i correction = _mm256_set1_epi16(static_cast<short>(held[h].word - words[place]));
-      low = _mm256_add_epi16(low, _mm256_and_si256(_mm256_cmpgt_epi16(places0, from), correction));
-      high = _mm256_add_epi16(high, _mm256_and_si256(_mm256_cmpgt_epi16(places1, from), correction));
+      const __m512i at = _mm512_set1_epi16(static_cast<short>(place & 31));
+      const __m512i correction = _mm512_sub_epi16(_mm512_set1_epi16(static_cast<short>(held[h].word)),
+                                                  _mm512_permutexvar_epi16(at, place < 32 ? first : second));
+      const uint64_t from = ~uint64_t{0} << place;
+      first = _mm512_mask_add_epi16(first, static_cast<__mmask32>(from), first, correction);
+      second = _mm512_mask_add_epi16(second, static_cast<__mmask32>(from >> 32), second, correction);
+      running = _mm512_add_epi16(running, correction);
     }
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 2 * i), low);
-    _mm256_storeu_si256(reinterpret_cast<__m256i*>(o + 2 * i + 32), high);
-    running = broadcastLast(high);
+    _mm512_storeu_si512(o + 2 * i, first);
+    _mm512_storeu_si512(o + 2 * i + 64, second);
   }
   o += 2 * count;
   value = loadWord(o - 2);
@@ -2385,7 +2403,8 @@ __attribute__((target(RTE_IMX_VECTOR))) void sumDeltas(const uint8_t* deltas, st
 // a few thousand at a time. Literal tokens (0x80 outside and 0x7F outside blocks) stop
 // the wide loop: the bytes before them are taken, the token goes the plain way. So does
 // a 0x81 inside a block, which only a damaged stream holds (the plain way takes it as a
-// pair of deltas), and the last 160 words, so that the words of 64 bytes always fit.
+// pair of deltas), and the last 192 words, so that the words of 64 bytes and the adding
+// up's last 64 always fit.
 __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeWide(const uint8_t* source, std::size_t sourceSize,
                                                               uint8_t* destination, std::size_t words,
                                                               std::size_t& consumed)
@@ -2424,7 +2443,7 @@ __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeWide(const uint8_t* sou
   while (o < outEnd)
   {
     const std::size_t produced = static_cast<std::size_t>(o - destination) / 2 + pending;
-    if (end - p >= 64 && words - produced > 160)
+    if (end - p >= 64 && words - produced > 192)
     {
       const __m512i bytes = _mm512_loadu_si512(p);
       const uint64_t tokens = _mm512_cmpeq_epi8_mask(bytes, _mm512_set1_epi8(static_cast<char>(nibbleToken)));
