@@ -580,8 +580,6 @@ struct Avx2Groups
   }
 };
 
-#endif
-
 // Whether the group encoder is the faster one for these words, judged from up to 16
 // groups spread over them. It costs about the same for every group without literals,
 // the block encoder less for long stretches of one-byte deltas and more for every nibble
@@ -606,6 +604,8 @@ __attribute__((target(RTE_IMX_VECTOR))) bool groupsPay(const uint8_t* source, st
   }
   return literals <= samples && closes >= 2 * samples;
 }
+
+#endif
 
 } // namespace
 
