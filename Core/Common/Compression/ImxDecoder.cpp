@@ -119,6 +119,23 @@ inline bool decodeNibbles(const uint8_t*& p, const uint8_t* end, uint8_t*& o, ui
 }
 
 #if defined(__SSE2__)
+// 16 deltas (the first 8 in first, the next 8 in second) added up onto value and stored
+// at o as words; second keeps the words it holds.
+inline void storeSums(__m128i first, __m128i& second, unsigned value, uint8_t* o)
+{
+  first = _mm_add_epi16(first, _mm_slli_si128(first, 2));
+  second = _mm_add_epi16(second, _mm_slli_si128(second, 2));
+  first = _mm_add_epi16(first, _mm_slli_si128(first, 4));
+  second = _mm_add_epi16(second, _mm_slli_si128(second, 4));
+  first = _mm_add_epi16(first, _mm_slli_si128(first, 8));
+  second = _mm_add_epi16(second, _mm_slli_si128(second, 8));
+  first = _mm_add_epi16(first, _mm_set1_epi16(static_cast<short>(value)));
+  const __m128i firstLast = _mm_shufflehi_epi16(_mm_unpackhi_epi64(first, first), 0xFF);
+  second = _mm_add_epi16(second, _mm_unpackhi_epi64(firstLast, firstLast));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(o), first);
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(o + 16), second);
+}
+
 // The pairs of a nibble block from p, 8 bytes (16 words) at a time while 8 source bytes
 // and 32 destination bytes are left: the nibbles sign-extended in 16-bit lanes,
 // interleaved high first, prefix-summed and added to the running value. All 16 words
@@ -137,19 +154,8 @@ inline bool decodeNibblesSse2(const uint8_t*& p, const uint8_t* end, uint8_t*& o
     const __m128i pairs = _mm_unpacklo_epi8(bytes, _mm_setzero_si128());
     const __m128i high = _mm_srai_epi16(_mm_slli_epi16(pairs, 8), 12);
     const __m128i low = _mm_srai_epi16(_mm_slli_epi16(pairs, 12), 12);
-    __m128i first = _mm_unpacklo_epi16(high, low);
     __m128i second = _mm_unpackhi_epi16(high, low);
-    first = _mm_add_epi16(first, _mm_slli_si128(first, 2));
-    second = _mm_add_epi16(second, _mm_slli_si128(second, 2));
-    first = _mm_add_epi16(first, _mm_slli_si128(first, 4));
-    second = _mm_add_epi16(second, _mm_slli_si128(second, 4));
-    first = _mm_add_epi16(first, _mm_slli_si128(first, 8));
-    second = _mm_add_epi16(second, _mm_slli_si128(second, 8));
-    first = _mm_add_epi16(first, _mm_set1_epi16(static_cast<short>(value)));
-    const __m128i firstLast = _mm_shufflehi_epi16(_mm_unpackhi_epi64(first, first), 0xFF);
-    second = _mm_add_epi16(second, _mm_unpackhi_epi64(firstLast, firstLast));
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(o), first);
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(o + 16), second);
+    storeSums(_mm_unpacklo_epi16(high, low), second, value, o);
     if (ends == 0)
     {
       p += 8;
@@ -190,19 +196,8 @@ DecodeResult decodePortable(const uint8_t* source, std::size_t sourceSize, uint8
       const unsigned plain = tokens == 0 ? 16 : static_cast<unsigned>(__builtin_ctz(tokens));
       if (plain == 0)
         break;
-      __m128i low = _mm_srai_epi16(_mm_unpacklo_epi8(bytes, bytes), 8);
       __m128i high = _mm_srai_epi16(_mm_unpackhi_epi8(bytes, bytes), 8);
-      low = _mm_add_epi16(low, _mm_slli_si128(low, 2));
-      high = _mm_add_epi16(high, _mm_slli_si128(high, 2));
-      low = _mm_add_epi16(low, _mm_slli_si128(low, 4));
-      high = _mm_add_epi16(high, _mm_slli_si128(high, 4));
-      low = _mm_add_epi16(low, _mm_slli_si128(low, 8));
-      high = _mm_add_epi16(high, _mm_slli_si128(high, 8));
-      low = _mm_add_epi16(low, _mm_set1_epi16(static_cast<short>(value)));
-      const __m128i lowLast = _mm_shufflehi_epi16(_mm_unpackhi_epi64(low, low), 0xFF);
-      high = _mm_add_epi16(high, _mm_unpackhi_epi64(lowLast, lowLast));
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(o), low);
-      _mm_storeu_si128(reinterpret_cast<__m128i*>(o + 16), high);
+      storeSums(_mm_srai_epi16(_mm_unpacklo_epi8(bytes, bytes), 8), high, value, o);
       p += plain;
       o += 2 * plain;
       value = loadWord(o - 2);
