@@ -458,12 +458,14 @@ __attribute__((target(RTE_IMX_WIDE))) inline __m512i sumSegments(__m512i e, uint
 // From p to the end, for streams where literals are common: 64 bytes (a window) at a
 // time. Where a literal's 0x80 starts a token its two bytes follow; as long as no 0x80
 // falls among those two bytes, every 0x80 is a token, and so is every 0x7F or 0x81
-// outside them. The window is taken up to the first 0x7F or 0x81 token, the first 0x80
-// with a 0x80 among its bytes, or a literal that runs past its end. Its tokens (delta
-// bytes and 0x80s) are packed into one byte each, the literal words beside them, and the
-// words added up 32 at a time, a literal restarting the sum. The token the window
-// stopped at goes the plain way, a short literal run on the spot. The wide loads and
-// stores need 66 bytes of source and 128 of destination.
+// outside them. A literal run (0x7F) that ends inside the window is taken with it. The
+// window is taken up to the first other 0x7F or 0x81 token, the first 0x80 with a 0x80
+// among its bytes, or a literal that runs past its end. Its tokens (delta bytes, 0x80s
+// and the byte before each word of a run) are packed into one byte each, the literal
+// words beside them (at most 31: a run takes two bytes a word and two more, a 0x80
+// three), and the words added up 32 at a time, a literal restarting the sum. The token
+// the window stopped at goes the plain way, a short literal run on the spot. The wide
+// loads and stores need 66 bytes of source and 128 of destination.
 __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeDense(const uint8_t*& p, const uint8_t* end, uint8_t*& o,
                                                                uint8_t* outEnd, unsigned& value)
 {
@@ -482,19 +484,38 @@ __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeDense(const uint8_t*& p
     if (end - p >= 66 && outEnd - o >= 128)
     {
       const __m512i bytes = _mm512_loadu_si512(p);
-      const uint64_t marks =
-          _mm512_cmpeq_epi8_mask(bytes, _mm512_set1_epi8(static_cast<char>(literalToken))) & ~carried;
-      const uint64_t others = _mm512_cmpeq_epi8_mask(bytes, _mm512_set1_epi8(literalRunToken)) |
-                              _mm512_cmpeq_epi8_mask(bytes, _mm512_set1_epi8(static_cast<char>(nibbleToken)));
-      const uint64_t covered = carried | (marks << 1) | (marks << 2);
-      const uint64_t clash = marks & covered;
-      const uint64_t stops = (others & ~covered) | (marks & ((clash >> 1) | (clash >> 2)));
+      const uint64_t runTokens = _mm512_cmpeq_epi8_mask(bytes, _mm512_set1_epi8(literalRunToken));
+      uint64_t marks = _mm512_cmpeq_epi8_mask(bytes, _mm512_set1_epi8(static_cast<char>(literalToken))) & ~carried;
+      uint64_t others = runTokens | _mm512_cmpeq_epi8_mask(bytes, _mm512_set1_epi8(static_cast<char>(nibbleToken)));
+      uint64_t covered = carried | (marks << 1) | (marks << 2);
+      uint64_t clash = marks & covered;
+      uint64_t stops = (others & ~covered) | (marks & ((clash >> 1) | (clash >> 2)));
+      // A literal run that ends inside the window is taken with it: the byte before each
+      // of its words stands for a 0x80 (the count byte, then each word's high byte), its
+      // bytes are no tokens, and the bytes after it are looked at again without them.
+      uint64_t runSpans = 0, runMarks = 0;
+      while (stops != 0)
+      {
+        const auto at = static_cast<unsigned>(__builtin_ctzll(stops));
+        const unsigned runLength = p[at + 1];
+        const unsigned after = at + 2 + 2 * runLength;
+        if ((runTokens >> at & 1) == 0 || runLength == 0 || after > 64)
+          break;
+        const uint64_t span = (after == 64 ? ~uint64_t{0} : (uint64_t{1} << after) - 1) & (~uint64_t{0} << at);
+        runSpans |= span;
+        runMarks |= (0x5555555555555555ull << (at + 1)) & (span >> 2);
+        marks &= ~span;
+        others &= ~span;
+        covered = carried | (marks << 1) | (marks << 2);
+        clash = marks & covered;
+        stops = (others & ~covered) | (marks & ((clash >> 1) | (clash >> 2)));
+      }
       // Without a stop the window is taken whole, and the next one starts 64 bytes on
       // whatever the bytes were: the windows do not wait for one another.
       const unsigned stop = stops == 0 ? 64 : static_cast<unsigned>(__builtin_ctzll(stops));
       const uint64_t range = stops == 0 ? ~uint64_t{0} : (uint64_t{1} << stop) - 1;
-      const uint64_t tokens = ~covered & range;
-      const uint64_t literals = marks & range;
+      const uint64_t tokens = ((~covered & ~runSpans) | runMarks) & range;
+      const uint64_t literals = (marks | runMarks) & range;
       const unsigned count = static_cast<unsigned>(__builtin_popcountll(tokens));
       if (count != 0)
       {
