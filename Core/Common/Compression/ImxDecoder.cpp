@@ -321,9 +321,14 @@ decodeNibblesAvx2(const uint8_t*& p, const uint8_t* end, uint8_t*& o, const uint
 // destination has room), and a single literal after them is taken on the spot. The
 // wide loads and stores need 64 bytes of source and destination left; the plain way
 // does the rest, checking every token.
-__attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t*& p, const uint8_t* end, uint8_t*& o,
-                                                                uint8_t* outEnd, unsigned& value, const uint8_t* until)
+__attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t*& position, const uint8_t* end,
+                                                                uint8_t*& output, uint8_t* outEnd, unsigned& value,
+                                                                const uint8_t* until)
 {
+  // Local copies: the stores through o could otherwise change the referenced pointers,
+  // so they would be reloaded after each one.
+  const uint8_t* p = position;
+  uint8_t* o = output;
   DecodeResult result = DecodeResult::Ok;
   while (o < outEnd && (until == nullptr || p < until))
   {
@@ -408,6 +413,8 @@ __attribute__((target(RTE_IMX_VECTOR))) DecodeResult decodeAvx2(const uint8_t*& 
     if (!decodeToken(p, end, o, outEnd, value, result))
       break;
   }
+  position = p;
+  output = o;
   return result;
 }
 
@@ -466,9 +473,11 @@ __attribute__((target(RTE_IMX_WIDE))) inline __m512i sumSegments(__m512i e, uint
 // three), and the words added up 32 at a time, a literal restarting the sum. The token
 // the window stopped at goes the plain way, a short literal run on the spot. The wide
 // loads and stores need 66 bytes of source and 128 of destination.
-__attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeDense(const uint8_t*& p, const uint8_t* end, uint8_t*& o,
-                                                               uint8_t* outEnd, unsigned& value)
+__attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeDense(const uint8_t*& position, const uint8_t* end,
+                                                               uint8_t*& output, uint8_t* outEnd, unsigned& value)
 {
+  const uint8_t* p = position; // local copies, as in decodeAvx2
+  uint8_t* o = output;
   alignas(64) static constexpr uint8_t interleave[64] = {
       0,  64, 1,  65, 2,  66, 3,  67, 4,  68, 5,  69, 6,  70, 7,  71, 8,  72, 9,  73, 10, 74,
       11, 75, 12, 76, 13, 77, 14, 78, 15, 79, 16, 80, 17, 81, 18, 82, 19, 83, 20, 84, 21, 85,
@@ -575,6 +584,8 @@ __attribute__((target(RTE_IMX_WIDE))) DecodeResult decodeDense(const uint8_t*& p
   }
   p += __builtin_popcountll(carried);
   value = static_cast<unsigned>(_mm_extract_epi16(_mm512_castsi512_si128(running), 0)) & 0xFFFF;
+  position = p;
+  output = o;
   return result;
 }
 
@@ -608,6 +619,7 @@ __attribute__((target(RTE_IMX_WIDE))) void sumDeltas(const uint8_t* deltas, std:
 {
   const __m512i lastWord = _mm512_set1_epi16(31);
   __m512i running = _mm512_set1_epi16(static_cast<short>(value));
+  uint8_t* const out = o; // a local copy, as in decodeAvx2
   std::size_t h = 0;
   for (std::size_t i = 0; i < count; i += 64)
   {
@@ -632,10 +644,10 @@ __attribute__((target(RTE_IMX_WIDE))) void sumDeltas(const uint8_t* deltas, std:
       second = _mm512_mask_add_epi16(second, static_cast<__mmask32>(from >> 32), second, correction);
       running = _mm512_add_epi16(running, correction);
     }
-    _mm512_storeu_si512(o + 2 * i, first);
-    _mm512_storeu_si512(o + 2 * i + 64, second);
+    _mm512_storeu_si512(out + 2 * i, first);
+    _mm512_storeu_si512(out + 2 * i + 64, second);
   }
-  o += 2 * count;
+  o = out + 2 * count;
   value = loadWord(o - 2);
 }
 
