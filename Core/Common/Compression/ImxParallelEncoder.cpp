@@ -28,7 +28,9 @@ std::atomic<unsigned> configuredThreads{0};
 class ScratchPool
 {
 public:
-  static constexpr std::size_t largestKept = std::size_t{1} << 20;
+  // The back pieces of an image all wait in scratch buffers until the ends meet: with
+  // two threads, half of its pieces (an 8 MiB image: 16 of 384 KiB).
+  static constexpr std::size_t largestKept = std::size_t{1} << 20, mostKept = std::size_t{16} << 20;
 
   std::unique_ptr<uint8_t[]> take(std::size_t size, std::size_t& capacity)
   {
@@ -38,6 +40,7 @@ public:
         if (it->second >= size)
         {
           capacity = it->second;
+          m_kept -= capacity;
           std::unique_ptr<uint8_t[]> buffer = std::move(it->first);
           m_free.erase(it);
           return buffer;
@@ -50,13 +53,17 @@ public:
   void give(std::unique_ptr<uint8_t[]> buffer, std::size_t capacity)
   {
     const std::lock_guard<std::mutex> lock(m_mutex);
-    if (m_free.size() < 8 && capacity <= largestKept)
+    if (capacity <= largestKept && m_kept + capacity <= mostKept)
+    {
       m_free.emplace_back(std::move(buffer), capacity);
+      m_kept += capacity;
+    }
   }
 
 private:
   std::mutex m_mutex;
   std::vector<std::pair<std::unique_ptr<uint8_t[]>, std::size_t>> m_free;
+  std::size_t m_kept = 0; // bytes in m_free
 };
 
 ScratchPool& scratchPool()
@@ -162,6 +169,21 @@ Helpers& helpers()
   return instance;
 }
 
+// Runs job on the calling thread and threads - 1 others: the kept helpers when they are
+// free, otherwise threads started for it.
+void runOnThreads(unsigned threads, const std::function<void()>& job)
+{
+  if (threads <= std::max(1u, std::thread::hardware_concurrency()) && helpers().run(threads - 1, job))
+    return;
+  std::vector<std::thread> workers;
+  workers.reserve(threads - 1);
+  for (unsigned t = 1; t < threads; ++t)
+    workers.emplace_back(job);
+  job();
+  for (std::thread& worker : workers)
+    worker.join();
+}
+
 } // namespace
 
 std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t columns, uint8_t* destination,
@@ -172,10 +194,7 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
     return encode(source, rows, columns, destination);
   const EncoderLoops loops = chooseEncoder(source, rows * columns);
 
-  // The rows are cut into pieces of about 128 Ki words (at least 8 per thread), taken by
-  // the threads in order. A piece is encoded into a scratch buffer (small enough to stay
-  // in the cache) and copied to the destination once the pieces before it are there; a
-  // piece whose predecessors are all there when it starts is encoded in place. Each
+  // The rows are cut into pieces of about 128 Ki words (at least 8 per thread). Each
   // piece starts from the running value and the pending literals the serial encoder
   // would have there and first writes those pending literal tokens itself; the piece
   // before leaves them out. So the pieces simply concatenate to the serial stream.
@@ -185,7 +204,7 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
   const std::size_t pieces = (rows + rowsPerPiece - 1) / rowsPerPiece;
 
   // The literal streak before each piece, from the words before it; a streak reaching
-  // back over a whole piece adds that piece's streak, so no word is looked at twice.
+  // back over a whole piece adds that piece's, so no word is looked at twice.
   std::vector<unsigned> leading(pieces + 1, 0);
   {
     std::size_t streak = 0;
@@ -200,98 +219,88 @@ std::size_t encodeParallel(const uint8_t* source, std::size_t rows, std::size_t 
     }
   }
 
-  // Pieces are placed in order by whichever thread finds the next one finished and no
-  // other thread placing; nobody waits while there is a piece to encode.
-  struct Finished
+  // Encodes piece p at begin; returns its bytes without the pending literals the next
+  // piece writes again.
+  const auto encodePiece = [&](std::size_t p, uint8_t* begin)
   {
-    bool ready = false;
-    bool inPlace = false; // encoded straight to where it belongs
-    std::unique_ptr<uint8_t[]> buffer;
-    std::size_t capacity = 0, size = 0;
-  };
-  std::vector<Finished> finished(pieces);
-  std::mutex mutex;
-  std::size_t placed = 0, placedEnd = 0; // pieces in the destination and their bytes
-  bool placing = false;
-  std::atomic<std::size_t> next{0};
-
-  const auto work = [&]
-  {
-    for (std::size_t p; (p = next.fetch_add(1, std::memory_order_relaxed)) < pieces;)
+    const std::size_t firstRow = p * rowsPerPiece, rowCount = std::min(rowsPerPiece, rows - firstRow);
+    const std::size_t firstWord = firstRow * columns;
+    EncoderState state;
+    if (firstWord > 0)
+      state.previous = loadWord(source + 2 * (firstWord - 1));
+    state.pending = leading[p];
+    uint8_t* out = begin;
+    for (std::size_t i = firstWord - leading[p]; i < firstWord; ++i, out += 3)
     {
-      const std::size_t firstRow = p * rowsPerPiece, rowCount = std::min(rowsPerPiece, rows - firstRow);
-      const std::size_t firstWord = firstRow * columns;
-      EncoderState state;
-      if (firstWord > 0)
-        state.previous = loadWord(source + 2 * (firstWord - 1));
-      state.pending = leading[p];
-
-      // With all pieces before it placed, a piece is encoded in place: the stream before
-      // it is at most 3 bytes per word before its pending literals, so it stays inside
-      // the destination, and nothing else is written there until it is finished.
-      Finished piece;
-      uint8_t* begin = nullptr;
-      {
-        const std::lock_guard<std::mutex> lock(mutex);
-        if (placed == p)
-        {
-          piece.inPlace = true;
-          begin = destination + placedEnd;
-        }
-      }
-      if (!piece.inPlace)
-      {
-        piece.buffer = scratchPool().take(maxEncodedSize(leading[p] + rowCount * columns), piece.capacity);
-        begin = piece.buffer.get();
-      }
-      uint8_t* out = begin;
-      for (std::size_t i = firstWord - leading[p]; i < firstWord; ++i, out += 3)
-      {
-        const unsigned word = loadWord(source + 2 * i);
-        out[0] = literalToken;
-        out[1] = static_cast<uint8_t>(word);
-        out[2] = static_cast<uint8_t>(word >> 8);
-      }
-      out = encodeRows(source + 2 * firstWord, rowCount, columns, state, out, loops);
-      // The next piece writes the pending literals again.
-      piece.size = static_cast<std::size_t>(out - begin) - 3 * std::size_t{leading[p + 1]};
-      piece.ready = true;
-
-      std::unique_lock<std::mutex> lock(mutex);
-      finished[p] = std::move(piece);
-      if (placing)
-        continue;
-      placing = true;
-      while (placed < pieces && finished[placed].ready)
-      {
-        Finished& done = finished[placed];
-        const std::size_t at = placedEnd;
-        lock.unlock();
-        if (!done.inPlace)
-        {
-          std::memcpy(destination + at, done.buffer.get(), done.size);
-          scratchPool().give(std::move(done.buffer), done.capacity);
-        }
-        lock.lock();
-        placedEnd = at + done.size;
-        ++placed;
-      }
-      placing = false;
+      const unsigned word = loadWord(source + 2 * i);
+      out[0] = literalToken;
+      out[1] = static_cast<uint8_t>(word);
+      out[2] = static_cast<uint8_t>(word >> 8);
     }
+    out = encodeRows(source + 2 * firstWord, rowCount, columns, state, out, loops);
+    return static_cast<std::size_t>(out - begin) - 3 * std::size_t{leading[p + 1]};
   };
 
-  const std::function<void()> job = work;
-  if (threads > std::max(1u, std::thread::hardware_concurrency()) || !helpers().run(threads - 1, job))
+  // One thread takes the pieces from the front and encodes each in place, right after
+  // the one before (the stream before a piece takes at most 3 bytes per word before its
+  // pending literals, so it fits). The others take pieces from the back into scratch
+  // buffers, which all threads copy behind the front ones once every piece is done.
+  // Nobody waits while there is a piece to encode, and with two threads only about half
+  // of the stream is copied, by both.
+  struct Scratch
   {
-    std::vector<std::thread> workers;
-    workers.reserve(threads - 1);
-    for (unsigned t = 1; t < threads; ++t)
-      workers.emplace_back(work);
-    work();
-    for (std::thread& worker : workers)
-      worker.join();
+    std::unique_ptr<uint8_t[]> buffer;
+    std::size_t capacity = 0, size = 0, at = 0;
+  };
+  std::vector<Scratch> scratch(pieces);
+  std::mutex mutex;
+  std::size_t front = 0, back = pieces, frontEnd = 0;
+  std::atomic<bool> frontTaken{false};
+  runOnThreads(threads,
+               [&]
+               {
+                 const bool isFront = !frontTaken.exchange(true);
+                 for (;;)
+                 {
+                   std::size_t p = 0;
+                   {
+                     const std::lock_guard<std::mutex> lock(mutex);
+                     if (front == back)
+                       return;
+                     p = isFront ? front++ : --back;
+                   }
+                   if (isFront)
+                   {
+                     frontEnd += encodePiece(p, destination + frontEnd);
+                     continue;
+                   }
+                   const std::size_t words = leading[p] + std::min(rowsPerPiece, rows - p * rowsPerPiece) * columns;
+                   Scratch& piece = scratch[p];
+                   piece.buffer = scratchPool().take(maxEncodedSize(words), piece.capacity);
+                   piece.size = encodePiece(p, piece.buffer.get());
+                 }
+               });
+
+  std::size_t end = frontEnd;
+  for (std::size_t p = front; p < pieces; ++p)
+  {
+    scratch[p].at = end;
+    end += scratch[p].size;
   }
-  return placedEnd;
+  if (front < pieces)
+  {
+    std::atomic<std::size_t> next{front};
+    runOnThreads(static_cast<unsigned>(std::min<std::size_t>(threads, pieces - front)),
+                 [&]
+                 {
+                   for (std::size_t p; (p = next.fetch_add(1, std::memory_order_relaxed)) < pieces;)
+                   {
+                     std::memcpy(destination + scratch[p].at, scratch[p].buffer.get(), scratch[p].size);
+                     scratchPool().give(std::move(scratch[p].buffer), scratch[p].capacity);
+                   }
+                 });
+  }
+  return end;
 }
 
 void setParallelThreads(unsigned threads)
