@@ -601,41 +601,49 @@ struct HeldLiteral
   uint16_t word;
 };
 
-// Prefix sums of 32 words: inside the 128-bit lanes, then each lane's total carried to
-// the lanes above it (one lane up, then the sums of two lanes two up).
-__attribute__((target(RTE_IMX_WIDE))) inline __m512i prefixSums32(__m512i v)
+// Prefix sums of the 8 words inside each 128-bit lane.
+__attribute__((target(RTE_IMX_WIDE))) inline __m512i laneSums(__m512i v)
 {
-  const __m512i zero = _mm512_setzero_si512();
   v = _mm512_add_epi16(v, _mm512_bslli_epi128(v, 2));
   v = _mm512_add_epi16(v, _mm512_bslli_epi128(v, 4));
-  v = _mm512_add_epi16(v, _mm512_bslli_epi128(v, 8));
-  const __m512i totals = _mm512_shuffle_epi8(v, _mm512_set1_epi16(0x0F0E));
-  const __m512i one = _mm512_alignr_epi64(totals, zero, 6);
-  const __m512i two = _mm512_alignr_epi64(_mm512_add_epi16(totals, one), zero, 4);
-  return _mm512_add_epi16(v, _mm512_add_epi16(one, two));
+  return _mm512_add_epi16(v, _mm512_bslli_epi128(v, 8));
 }
 
 // Adds up count one-byte deltas (count at least 1) onto the running value and writes
 // the words at o, 64 at a time: the last stores may write up to 63 words past them. The
-// held literals (in order) set their words, and the words after them follow on.
+// held literals (in order) set their words, and the words after them follow on. The 64
+// words are summed inside their 8 lanes; the lane totals, gathered into one small
+// register, are summed there and spread back (fewer full-width shuffles than carrying
+// them lane to lane in each half).
 __attribute__((target(RTE_IMX_WIDE))) void sumDeltas(const uint8_t* deltas, std::size_t count, const HeldLiteral* held,
                                                      std::size_t heldCount, uint8_t*& o, unsigned& value)
 {
-  const __m512i lastWord = _mm512_set1_epi16(31);
-  __m512i running = _mm512_set1_epi16(static_cast<short>(value));
+  alignas(64) static constexpr uint16_t laneTotals[32] = {7, 15, 23, 31, 39, 47, 55, 63};
+  alignas(64) static constexpr uint16_t toLanes[2][32] = {
+      {0, 0, 0, 0, 0, 0, 0, 0, 1, 1, 1, 1, 1, 1, 1, 1, 2, 2, 2, 2, 2, 2, 2, 2, 3, 3, 3, 3, 3, 3, 3, 3},
+      {4, 4, 4, 4, 4, 4, 4, 4, 5, 5, 5, 5, 5, 5, 5, 5, 6, 6, 6, 6, 6, 6, 6, 6, 7, 7, 7, 7, 7, 7, 7, 7}};
+  const __m512i gather = _mm512_load_si512(laneTotals);
+  const __m512i toLow = _mm512_load_si512(toLanes[0]), toHigh = _mm512_load_si512(toLanes[1]);
+  const __m128i lastWord = _mm_set1_epi16(0x0F0E);
+  __m128i running = _mm_set1_epi16(static_cast<short>(value));
   uint8_t* const out = o; // a local copy, as in decodeAvx2
   std::size_t h = 0;
   for (std::size_t i = 0; i < count; i += 64)
   {
-    const __m512i low =
-        prefixSums32(_mm512_cvtepi8_epi16(_mm256_load_si256(reinterpret_cast<const __m256i*>(deltas + i))));
-    __m512i high =
-        prefixSums32(_mm512_cvtepi8_epi16(_mm256_load_si256(reinterpret_cast<const __m256i*>(deltas + i + 32))));
-    high = _mm512_add_epi16(high, _mm512_permutexvar_epi16(lastWord, low));
-    __m512i first = _mm512_add_epi16(low, running), second = _mm512_add_epi16(high, running);
+    const __m512i low = laneSums(_mm512_cvtepi8_epi16(_mm256_load_si256(reinterpret_cast<const __m256i*>(deltas + i))));
+    const __m512i high =
+        laneSums(_mm512_cvtepi8_epi16(_mm256_load_si256(reinterpret_cast<const __m256i*>(deltas + i + 32))));
+    __m128i totals = _mm512_castsi512_si128(_mm512_permutex2var_epi16(low, gather, high));
+    totals = _mm_add_epi16(totals, _mm_bslli_si128(totals, 2));
+    totals = _mm_add_epi16(totals, _mm_bslli_si128(totals, 4));
+    totals = _mm_add_epi16(totals, _mm_bslli_si128(totals, 8));
+    // What each lane starts from: the running value and the lanes before it.
+    const __m512i before = _mm512_castsi128_si512(_mm_add_epi16(_mm_bslli_si128(totals, 2), running));
+    __m512i first = _mm512_add_epi16(low, _mm512_permutexvar_epi16(toLow, before));
+    __m512i second = _mm512_add_epi16(high, _mm512_permutexvar_epi16(toHigh, before));
     // The next running value from this one, not from the words: the loop then waits on
     // one addition per 64 words.
-    running = _mm512_add_epi16(running, _mm512_permutexvar_epi16(lastWord, high));
+    running = _mm_add_epi16(running, _mm_shuffle_epi8(totals, lastWord));
     for (; h < heldCount && held[h].at < i + 64; ++h)
     {
       // The literal's word less what its 0 delta gave, added from its place on.
@@ -646,7 +654,7 @@ __attribute__((target(RTE_IMX_WIDE))) void sumDeltas(const uint8_t* deltas, std:
       const uint64_t from = ~uint64_t{0} << place;
       first = _mm512_mask_add_epi16(first, static_cast<__mmask32>(from), first, correction);
       second = _mm512_mask_add_epi16(second, static_cast<__mmask32>(from >> 32), second, correction);
-      running = _mm512_add_epi16(running, correction);
+      running = _mm_add_epi16(running, _mm512_castsi512_si128(correction));
     }
     _mm512_storeu_si512(out + 2 * i, first);
     _mm512_storeu_si512(out + 2 * i + 64, second);
