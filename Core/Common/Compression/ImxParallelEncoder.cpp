@@ -173,6 +173,11 @@ Helpers& helpers()
 // free, otherwise threads started for it.
 void runOnThreads(unsigned threads, const std::function<void()>& job)
 {
+  if (threads <= 1)
+  {
+    job(); // no helper to wake, nor the helpers' lock to take
+    return;
+  }
   if (threads <= std::max(1u, std::thread::hardware_concurrency()) && helpers().run(threads - 1, job))
     return;
   std::vector<std::thread> workers;
