@@ -84,9 +84,28 @@ struct WideGroups
     }
   }
 
+  // The lowest literal of rest, after before literals: its word, then the packed bytes
+  // after its token.
+  __attribute__((target(RTE_IMX_WIDE), always_inline)) static inline void
+  insertLiteral(uint8_t* out, const uint8_t* words, uint64_t kept, __m512i packed, uint64_t rest, unsigned before)
+  {
+    const auto at = static_cast<unsigned>(_tzcnt_u64(rest));
+    // The packed bytes up to the literal's token (all of them for word 64).
+    const auto through = static_cast<unsigned>(__builtin_popcountll(_bzhi_u64(kept, at + 1)));
+    uint8_t* const word = out + 2 * before + through;
+    std::memcpy(word, words + 2 * at, 2);
+    _mm512_storeu_si512(word + 2, _mm512_permutexvar_epi8(
+                                      _mm512_add_epi8(_mm512_load_si512(slotTables.places[0]),
+                                                      _mm512_set1_epi8(static_cast<char>(through))),
+                                      packed));
+  }
+
   // A full group with a few literals, none of which folds: its bytes with 0x80 tokens
   // in the literals' places, packed at once and stored; after each literal its word,
-  // then the packed bytes after it again, stored two bytes further up.
+  // then the packed bytes after it again, stored two bytes further up. The first two
+  // literals take no branch: a missing one is taken as word 64, whose stores land past
+  // the group's bytes (the group is full and not among the call's last 24 words, so
+  // word 64 can be read and there is room).
   static constexpr int fewLiterals = 4;
   __attribute__((target(RTE_IMX_WIDE))) static void writeFewLiterals(Encoder& e, const uint8_t* words, const Roles& r,
                                                                      __m512i bytes)
@@ -96,22 +115,16 @@ struct WideGroups
     const uint64_t literals = r.literals, kept = r.keep | literals;
     const __m512i packed = _mm512_maskz_compress_epi8(
         kept, _mm512_mask_mov_epi8(bytes, literals, _mm512_set1_epi8(static_cast<char>(literalToken))));
-    const __m512i places0 = _mm512_load_si512(slotTables.places[0]);
-    uint8_t* out = e.out;
+    uint8_t* const out = e.out;
     _mm512_storeu_si512(out, packed);
-    for (uint64_t rest = literals; rest != 0; rest &= rest - 1)
-    {
-      const auto at = static_cast<unsigned>(__builtin_ctzll(rest));
-      // The packed bytes up to the literal's token, and the words inserted before it.
-      const auto through = static_cast<unsigned>(__builtin_popcountll(_bzhi_u64(kept, at + 1)));
-      uint8_t* const word = out + through;
-      std::memcpy(word, words + 2 * at, 2);
-      out += 2;
-      _mm512_storeu_si512(
-          word + 2,
-          _mm512_permutexvar_epi8(_mm512_add_epi8(places0, _mm512_set1_epi8(static_cast<char>(through))), packed));
-    }
-    e.out = out + __builtin_popcountll(kept);
+    uint64_t rest = literals;
+    insertLiteral(out, words, kept, packed, rest, 0);
+    rest = _blsr_u64(rest);
+    insertLiteral(out, words, kept, packed, rest, 1);
+    rest = _blsr_u64(rest);
+    for (unsigned before = 2; rest != 0; rest = _blsr_u64(rest), ++before)
+      insertLiteral(out, words, kept, packed, rest, before);
+    e.out = out + __builtin_popcountll(kept) + 2 * __builtin_popcountll(literals);
     // The literals at the group's end stay pending.
     e.pending = literals >> 63 == 0 ? 0 : static_cast<unsigned>(__builtin_clzll(~literals));
   }
