@@ -50,8 +50,7 @@ struct alignas(64) SlotTables
   uint8_t places[2][64];    // byte i: i, and i + 1
   uint8_t pairOrder[2][64]; // (first, count) of words 0-31, and of 32-63, from two registers
   uint8_t slotOrder[2][64]; // per 16 words (first, count, low, high), from the pairs and the words
-  uint8_t slotWord[4][64];  // the word of each slot of words 0-15, 16-31, 32-47 and 48-63
-  constexpr SlotTables() : places(), pairOrder(), slotOrder(), slotWord()
+  constexpr SlotTables() : places(), pairOrder(), slotOrder()
   {
     for (unsigned i = 0; i < 64; ++i)
     {
@@ -62,8 +61,6 @@ struct alignas(64) SlotTables
         pairOrder[h][i] = static_cast<uint8_t>(32 * h + i / 2 + (i % 2) * 64);
         slotOrder[h][i] = static_cast<uint8_t>(32 * h + 2 * (i / 4) + (i % 2) + (i % 4 >= 2 ? 64 : 0));
       }
-      for (unsigned q = 0; q < 4; ++q)
-        slotWord[q][i] = static_cast<uint8_t>(16 * q + i / 4);
     }
   }
 };
@@ -208,12 +205,6 @@ struct WideGroups
     __m512i first = _mm512_mask_mov_epi8(bytes, unfolded, _mm512_set1_epi8(static_cast<char>(literalToken)));
     first = _mm512_mask_mov_epi8(first, foldedFirst, _mm512_set1_epi8(literalRunToken));
     const uint64_t firstKept = r.keep | unfolded | foldedFirst;
-    // Which of a word's slots are kept, as bits 0-3 of a byte per word, spread to the
-    // slots of each 16 words by the same order.
-    __m512i kept = _mm512_maskz_mov_epi8(firstKept, _mm512_set1_epi8(1));
-    kept = _mm512_mask_add_epi8(kept, foldedFirst, kept, _mm512_set1_epi8(2));
-    kept = _mm512_mask_add_epi8(kept, literals, kept, _mm512_set1_epi8(12));
-    const __m512i slotBits = _mm512_set1_epi32(0x08040201);
     uint8_t* out = e.out;
 #pragma GCC unroll 2
     for (unsigned half = 0; half < 2; ++half)
@@ -225,11 +216,13 @@ struct WideGroups
       {
         const __m512i all =
             _mm512_permutex2var_epi8(paired, _mm512_load_si512(slotTables.slotOrder[quarter]), literalWords);
-        const __m512i slotKept =
-            _mm512_permutexvar_epi8(_mm512_load_si512(slotTables.slotWord[2 * half + quarter]), kept);
-        const __mmask64 keep = _mm512_test_epi8_mask(slotKept, slotBits);
+        // The kept slots of the 16 words: bit 4w + s for slot s of word w.
+        const unsigned from = 32 * half + 16 * quarter;
+        const uint64_t keep = _pdep_u64(firstKept >> from, 0x1111111111111111ull) |
+                              _pdep_u64(foldedFirst >> from, 0x2222222222222222ull) |
+                              3 * _pdep_u64(literals >> from, 0x4444444444444444ull);
         _mm512_storeu_si512(out, _mm512_maskz_compress_epi8(keep, all));
-        out += __builtin_popcountll(_cvtmask64_u64(keep));
+        out += __builtin_popcountll(keep);
       }
     }
     e.out = out;
