@@ -2,6 +2,7 @@
 #include <Core/Common/Compression/ImxGroups_p.h>
 #include <Core/Common/Compression/ImxShared_p.h>
 
+#include <array>
 #include <cstring>
 
 #if defined(RTE_IMX_X86)
@@ -38,8 +39,15 @@ __attribute__((target(RTE_IMX_WIDE))) inline WideGroup classifyWide(const uint8_
                                                                       << 32;
   const uint64_t small =
       _mm512_cmple_epu16_mask(size0, smallLimit) | uint64_t{_mm512_cmple_epu16_mask(size1, smallLimit)} << 32;
-  const __m512i bytes = _mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvtepi16_epi8(difference0)),
-                                           _mm512_cvtepi16_epi8(difference1), 1);
+  // The low bytes of the 64 differences, by one two-source byte permute.
+  alignas(64) static constexpr auto lowBytes = []
+  {
+    std::array<uint8_t, 64> index{};
+    for (unsigned i = 0; i < 64; ++i)
+      index[i] = static_cast<uint8_t>(2 * i);
+    return index;
+  }();
+  const __m512i bytes = _mm512_permutex2var_epi8(difference0, _mm512_load_si512(lowBytes.data()), difference1);
   return {bytes, fit, small};
 }
 
