@@ -7,11 +7,6 @@
 namespace
 {
 
-QString u8(const char* text)
-{
-  return QString::fromUtf8(text);
-}
-
 const QString raw = QStringLiteral("raw");
 
 } // namespace
