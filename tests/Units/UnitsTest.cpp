@@ -186,8 +186,10 @@ TEST(Units, ScalesConvertBothWaysWithOffsets)
   EXPECT_EQ(xToY.getOffset(), 2.0);
   EXPECT_EQ(xToY.getScaled(3.0), (3.0 * 2.0 + 10.0 - 2.0) / 4.0);
 
+  // Between two targets; the factors themselves are pinned in DefaultUnitSetsTest.
   const RTE::LengthUnits length;
   EXPECT_DOUBLE_EQ(length.GetScale(mm, cm).getFactor(), 0.1);
+  EXPECT_DOUBLE_EQ(length.Convert(1.0, QStringLiteral("in"), cm), 2.54);
 }
 
 TEST(Units, ScaleWithAnUnknownIdThrowsVerificationFailed)
