@@ -168,8 +168,6 @@ TEST(C_Category, FactoryAndConstructorDefaults)
             "Name: Name Label: Label Tooltip: Tip Access: UndefinedAccesMode Visibility: Visible4Customer");
   EXPECT_TRUE(constructed.AreSignalsEnabled());
   EXPECT_TRUE(constructed.empty());
-  EXPECT_EQ(constructed.GetTypeName(), "Category");
-  EXPECT_EQ(C_Node::GetStaticTypeName(), "Node");
 
   EXPECT_EQ(CreateCategory("Name", "Label", "Tip")->dump(),
             "Name: Name Label: Label Tooltip: Tip Access: ReadWrite Visibility: Visible4Customer");

@@ -72,8 +72,6 @@ TEST(C_NumericValueList, FactoryOrderAndDefaults)
   EXPECT_EQ(list->dump(), "Name: Gains Label: Gains Tooltip: Per channel Access: ReadOnly Visibility: Visible4Customer "
                           "Value: 50 50 Range: 10-0 Precision: 3");
   EXPECT_EQ(list->GetPreferredEditor(), "ListView");
-  EXPECT_EQ(list->GetTypeName(), "DoubleList");
-  EXPECT_EQ(CreateIntegerList("i", 0, "", "", ReadWrite, 0, 0, 1, "")->GetTypeName(), "IntegerList");
 }
 
 TEST(C_NumericValueList, CopyValuesAnnouncesAlwaysAndRefusesOtherKinds)
@@ -115,7 +113,6 @@ TEST(C_TextList, ValuesAndTheirTextForm)
 {
   auto list = CreateTextList("Channels", 3, "Channels", "", ReadWrite, "x", C_TextList::EditorListView);
   EXPECT_EQ(list->GetValue(99), QString()) << "beyond the size reads empty";
-  EXPECT_EQ(list->GetTypeName(), "TextList");
 
   SignalLog log;
   log.watch(list.get(), &C_Node::ValueChanged, "ValueChanged");
@@ -150,7 +147,6 @@ TEST(C_List, EntriesAndTheirAnnouncements)
 {
   auto list = CreateList(
       "Regions", "Regions", "", [] { return CreateInteger("Region", 0); }, C_List::EditorTreeView);
-  EXPECT_EQ(list->GetTypeName(), "List");
   EXPECT_EQ(list->GetPreferredEditor(), "TreeView");
   QSignalSpy spy(list.get(), &C_Node::ValueChanged);
   list->Clear();
