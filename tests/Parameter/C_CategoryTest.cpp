@@ -162,21 +162,15 @@ TEST(C_Node, DumpAndEquality)
 
 TEST(C_Category, FactoryAndConstructorDefaults)
 {
+  // The constructor takes the label first, the factory the name.
   C_Category constructed("Label", "Name", "Tip");
-  EXPECT_EQ(constructed.GetAccessMode(), UndefinedAccesMode);
-  EXPECT_EQ(constructed.GetVisibilityLevel(), Visible4Customer);
-  EXPECT_EQ(constructed.GetLabel(), "Label");
-  EXPECT_EQ(constructed.GetName(), "Name");
+  EXPECT_EQ(constructed.dump(),
+            "Name: Name Label: Label Tooltip: Tip Access: UndefinedAccesMode Visibility: Visible4Customer");
   EXPECT_TRUE(constructed.AreSignalsEnabled());
   EXPECT_TRUE(constructed.empty());
-  EXPECT_EQ(constructed.GetTypeName(), "Category");
-  EXPECT_EQ(C_Node::GetStaticTypeName(), "Node");
 
-  auto made = CreateCategory("Name", "Label", "Tip");
-  EXPECT_EQ(made->GetAccessMode(), ReadWrite);
-  EXPECT_EQ(made->GetName(), "Name");
-  EXPECT_EQ(made->GetLabel(), "Label");
-  EXPECT_EQ(made->GetDescription(), "Tip");
+  EXPECT_EQ(CreateCategory("Name", "Label", "Tip")->dump(),
+            "Name: Name Label: Label Tooltip: Tip Access: ReadWrite Visibility: Visible4Customer");
 }
 
 TEST(C_Category, PathLookupAndItsFailures)

@@ -42,17 +42,10 @@ TEST(C_NumericValueList, ElementChecksAndSignals)
       {"growing is silent and unchecked", [&] { list->SetSize(5, 99); }, {}, "no exception"},
       {"shrinking is silent", [&] { list->SetSize(4, 0); }, {}, "no exception"},
       {"a new range does not clamp",
-       [&] {
-         list->SetRange({0, 5});
-       },
+       [&] { list->SetRange(IntegerRange(0, 5)); },
        {"RangeChanged()", "Range(0-5)"},
        "no exception"},
-      {"same range",
-       [&] {
-         list->SetRange({0, 5});
-       },
-       {},
-       "no exception"},
+      {"same range", [&] { list->SetRange(IntegerRange(0, 5)); }, {}, "no exception"},
       {"new step", [&] { list->SetStep(2); }, {"Step(2)"}, "no exception"},
       {"precision has no typed signal", [&] { list->SetPrecision(1); }, {"PrecisionChanged()"}, "no exception"},
   };
@@ -75,14 +68,10 @@ TEST(C_NumericValueList, FactoryOrderAndDefaults)
   // The fill value is applied after the range and never checked against it.
   auto list =
       CreateDoubleList("Gains", 2, "Gains", "Per channel", ReadOnly, 50.0, 10.0, 0.0, C_DoubleList::EditorListView, 3);
-  EXPECT_EQ(list->GetSize(), 2u);
-  EXPECT_DOUBLE_EQ(list->GetValue(1), 50.0);
-  EXPECT_EQ(list->GetRange(), RTE::RangeDouble(10.0, 0.0)) << "stored as given";
-  EXPECT_EQ(list->GetAccessMode(), ReadOnly);
+  // The range is stored as given.
+  EXPECT_EQ(list->dump(), "Name: Gains Label: Gains Tooltip: Per channel Access: ReadOnly Visibility: Visible4Customer "
+                          "Value: 50 50 Range: 10-0 Precision: 3");
   EXPECT_EQ(list->GetPreferredEditor(), "ListView");
-  EXPECT_EQ(list->GetPrecision(), 3u);
-  EXPECT_EQ(list->GetTypeName(), "DoubleList");
-  EXPECT_EQ(CreateIntegerList("i", 0, "", "", ReadWrite, 0, 0, 1, "")->GetTypeName(), "IntegerList");
 }
 
 TEST(C_NumericValueList, CopyValuesAnnouncesAlwaysAndRefusesOtherKinds)
@@ -124,7 +113,6 @@ TEST(C_TextList, ValuesAndTheirTextForm)
 {
   auto list = CreateTextList("Channels", 3, "Channels", "", ReadWrite, "x", C_TextList::EditorListView);
   EXPECT_EQ(list->GetValue(99), QString()) << "beyond the size reads empty";
-  EXPECT_EQ(list->GetTypeName(), "TextList");
 
   SignalLog log;
   log.watch(list.get(), &C_Node::ValueChanged, "ValueChanged");
@@ -159,7 +147,6 @@ TEST(C_List, EntriesAndTheirAnnouncements)
 {
   auto list = CreateList(
       "Regions", "Regions", "", [] { return CreateInteger("Region", 0); }, C_List::EditorTreeView);
-  EXPECT_EQ(list->GetTypeName(), "List");
   EXPECT_EQ(list->GetPreferredEditor(), "TreeView");
   QSignalSpy spy(list.get(), &C_Node::ValueChanged);
   list->Clear();

@@ -18,70 +18,47 @@
 #include <list>
 #include <memory>
 #include <sstream>
+#include <type_traits>
 #include <vector>
 
 namespace testing_support
 {
 
-inline QString text(bool v)
+// Signal arguments as short texts: numbers and strings as they are, enumerators as
+// streamed, ranges as "min-max", lists as "[a b]", enumeration entries by name.
+template <typename T>
+QString text(const T& v)
 {
-  return v ? QStringLiteral("true") : QStringLiteral("false");
-}
-inline QString text(long v)
-{
-  return QString::number(v);
-}
-inline QString text(long long v)
-{
-  return QString::number(v);
-}
-inline QString text(unsigned int v)
-{
-  return QString::number(v);
-}
-inline QString text(double v)
-{
-  return QString::number(v);
-}
-inline QString text(const QString& v)
-{
-  return v;
+  if constexpr (std::is_same_v<T, bool>)
+    return v ? QStringLiteral("true") : QStringLiteral("false");
+  else if constexpr (std::is_arithmetic_v<T>)
+    return QString::number(v);
+  else if constexpr (std::is_enum_v<T>)
+  {
+    std::ostringstream s;
+    s << v;
+    return QString::fromStdString(s.str());
+  }
+  else
+    return v;
 }
 template <typename T>
 QString text(const RTE::RangeT<T>& r)
 {
   return text(r.minimum) + QLatin1Char('-') + text(r.maximum);
 }
-template <typename T>
-QString text(const std::vector<T>& values)
+inline QString text(const std::shared_ptr<RTE::Parameter::C_EnumerationEntry>& entry)
+{
+  return entry ? entry->GetName() : QStringLiteral("null");
+}
+// Vectors and lists.
+template <typename T, typename A, template <typename, typename> class Sequence>
+QString text(const Sequence<T, A>& values)
 {
   QStringList parts;
   for (const auto& v : values)
     parts << text(v);
   return QLatin1Char('[') + parts.join(QLatin1Char(' ')) + QLatin1Char(']');
-}
-inline QString text(RTE::Parameter::E_AccessMode mode)
-{
-  std::ostringstream s;
-  s << mode;
-  return QString::fromStdString(s.str());
-}
-inline QString text(RTE::Parameter::E_VisibilityLevel level)
-{
-  std::ostringstream s;
-  s << level;
-  return QString::fromStdString(s.str());
-}
-inline QString text(const std::shared_ptr<RTE::Parameter::C_EnumerationEntry>& entry)
-{
-  return entry ? entry->GetName() : QStringLiteral("null");
-}
-inline QString text(const std::list<std::shared_ptr<RTE::Parameter::C_EnumerationEntry>>& entries)
-{
-  QStringList names;
-  for (const auto& e : entries)
-    names << text(e);
-  return QLatin1Char('[') + names.join(QLatin1Char(' ')) + QLatin1Char(']');
 }
 
 } // namespace testing_support

@@ -19,12 +19,6 @@ namespace
 
 const QString loadedBefore = QStringLiteral("Library loaded before and didn't register a new plugin.");
 
-std::vector<QString> sorted(std::vector<QString> names)
-{
-  std::sort(names.begin(), names.end());
-  return names;
-}
-
 } // namespace
 
 TEST(PluginExtension, IsTheSharedLibrarySuffix)
@@ -54,7 +48,7 @@ TEST(LibraryManagerLifetime, CreationAndDestructionAreLogged)
 
 using LibraryManagerTest = PluginLibraryTest;
 
-TEST_F(LibraryManagerTest, LoadingByPathRecordsTheRegisteredPlugins)
+TEST_F(LibraryManagerTest, LoadingByPathRecordsTheRegisteredPluginsOnce)
 {
   auto& manager = LibraryManager::instance();
   const QString path = copy(shapesLibrary(), QStringLiteral("libShapes.so"));
@@ -64,7 +58,6 @@ TEST_F(LibraryManagerTest, LoadingByPathRecordsTheRegisteredPlugins)
 
   EXPECT_EQ(manager.getPluginsOfLibrary(path), shapesPlugins());
   EXPECT_EQ(manager.getLibraryNames(), std::vector<QString>{path});
-  EXPECT_EQ(manager.getNumberOfLibraries(), 1u);
   EXPECT_TRUE(LibraryManager::isLoaded(path));
   EXPECT_TRUE(LibraryManager::isLoaded(m_dir.path() + QStringLiteral("/./libShapes.so")));
   EXPECT_FALSE(LibraryManager::isLoaded(shapesLibrary()));
@@ -76,14 +69,8 @@ TEST_F(LibraryManagerTest, LoadingByPathRecordsTheRegisteredPlugins)
   const auto circle = factory.CreatePluginObject("Test.Shapes", "Circle");
   ASSERT_TRUE(circle);
   EXPECT_EQ(circle->GetDescription(), "round, from the shapes library");
-}
 
-TEST_F(LibraryManagerTest, LoadingTwiceGivesLoadedBefore)
-{
-  auto& manager = LibraryManager::instance();
-  const QString path = copy(shapesLibrary(), QStringLiteral("libShapes.so"));
-  ASSERT_EQ(manager.loadPluginLibrary(path), Result::Success);
-
+  // Loading it again, by any spelling of the path, registers nothing.
   struct Case
   {
     const char* what;
@@ -96,10 +83,10 @@ TEST_F(LibraryManagerTest, LoadingTwiceGivesLoadedBefore)
   for (const Case& c : cases)
   {
     SCOPED_TRACE(c.what);
-    LogCapture log("Core.LibraryManager");
+    LogCapture again("Core.LibraryManager");
     EXPECT_EQ(manager.loadPluginLibrary(c.path), Result::LoadedBefore);
     EXPECT_EQ(manager.getLastError(), loadedBefore);
-    EXPECT_EQ(log.messages(), QStringList{c.path + QStringLiteral(" registered:0 loaded:true error=")});
+    EXPECT_EQ(again.messages(), QStringList{c.path + QStringLiteral(" registered:0 loaded:true error=")});
   }
   // The library is in the process: loadLibrary says so without a second record.
   EXPECT_TRUE(manager.loadLibrary(path));

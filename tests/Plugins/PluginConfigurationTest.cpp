@@ -13,10 +13,20 @@ using Result = RTE::LibraryManager::LoadingResult;
 namespace
 {
 
-std::vector<QString> sorted(std::vector<QString> names)
+// The message of the E that reading the configuration at path throws, or "no exception".
+template <typename E>
+QString readingFails(const QString& path)
 {
-  std::sort(names.begin(), names.end());
-  return names;
+  try
+  {
+    RTE::PluginConfiguration config(path);
+  }
+  catch (const E& e)
+  {
+    EXPECT_FALSE(e.sourceFile().isEmpty()); // raised through the library's one path
+    return e.message();
+  }
+  return QStringLiteral("no exception");
 }
 
 } // namespace
@@ -65,28 +75,11 @@ TEST_F(PluginConfigurationTest, ReadsPluginsInDocumentOrder)
 TEST_F(PluginConfigurationTest, BadFilesThrowWithTheirMessages)
 {
   const QString missing = m_dir.filePath(QStringLiteral("missing.xml"));
-  try
-  {
-    RTE::PluginConfiguration config(missing);
-    ADD_FAILURE() << "no exception for a missing file";
-  }
-  catch (const RTE::FileIOError& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("The file with the given path '%1' does not exists.").arg(missing));
-  }
-
+  EXPECT_EQ(readingFails<RTE::FileIOError>(missing),
+            QStringLiteral("The file with the given path '%1' does not exists.").arg(missing));
   // A folder exists but cannot be read as a file.
-  const QString folder = m_dir.path();
-  try
-  {
-    RTE::PluginConfiguration config(folder);
-    ADD_FAILURE() << "no exception for a folder";
-  }
-  catch (const RTE::FileIOError& e)
-  {
-    EXPECT_EQ(e.message(),
-              QStringLiteral("Unable to open the file with the given path '%1' to read the content.").arg(folder));
-  }
+  EXPECT_EQ(readingFails<RTE::FileIOError>(m_dir.path()),
+            QStringLiteral("Unable to open the file with the given path '%1' to read the content.").arg(m_dir.path()));
 
   struct Case
   {
@@ -110,16 +103,8 @@ TEST_F(PluginConfigurationTest, BadFilesThrowWithTheirMessages)
   {
     SCOPED_TRACE(c.what);
     const QString file = write(QStringLiteral("bad.xml"), c.content);
-    try
-    {
-      RTE::PluginConfiguration config(file);
-      ADD_FAILURE() << "no exception";
-    }
-    catch (const RTE::ParseError& e)
-    {
-      EXPECT_EQ(e.message(), c.xml ? QStringLiteral("XML error in file %1: %2").arg(file, c.message) : c.message);
-      EXPECT_FALSE(e.sourceFile().isEmpty()); // raised through the library's one path
-    }
+    EXPECT_EQ(readingFails<RTE::ParseError>(file),
+              c.xml ? QStringLiteral("XML error in file %1: %2").arg(file, c.message) : c.message);
   }
 }
 

@@ -3,6 +3,8 @@
 // depend on each other when they run in one process.
 #pragma once
 
+#include "Units/QStringPrinter.h"
+
 #include <Core/Common/Plugins/C_PluginFactory.h>
 #include <Core/Common/Plugins/C_PluginRegistry.h>
 #include <Core/Common/Plugins/LibraryManager.h>
@@ -14,14 +16,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <ostream>
 #include <string>
 #include <vector>
-
-inline void PrintTo(const QString& text, std::ostream* os)
-{
-  *os << '"' << text.toStdString() << '"';
-}
 
 namespace RTE
 {
@@ -30,6 +28,12 @@ inline void PrintTo(const LibraryManager::PluginInfo& plugin, std::ostream* os)
   *os << plugin.domain << "/" << plugin.name;
 }
 } // namespace RTE
+
+inline std::vector<QString> sorted(std::vector<QString> names)
+{
+  std::sort(names.begin(), names.end());
+  return names;
+}
 
 inline QString shapesLibrary()
 {

@@ -61,9 +61,6 @@ TEST(RecipeContextRegistryTest, AddLookUpRemoveAndOwnership)
   registry.clear();
   EXPECT_EQ(destroyed, 6);
   EXPECT_TRUE(registry.entries().isEmpty());
-}
 
-TEST(RecipeContextRegistryTest, ProcessRegistryIsOneObject)
-{
-  EXPECT_EQ(&RTE::recipeContextRegistry(), &RTE::recipeContextRegistry());
+  EXPECT_EQ(&RTE::recipeContextRegistry(), &RTE::recipeContextRegistry()) << "the process registry is one object";
 }

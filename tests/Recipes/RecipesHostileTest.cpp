@@ -14,9 +14,7 @@ using RTE::Recipe;
 using RTE::Recipes;
 using Which = RTE::Recipes::WhichRecipe;
 
-class RecipesHostileTest : public RecipesFixture
-{
-};
+using RecipesHostileTest = RecipesFixture;
 
 TEST_F(RecipesHostileTest, TableOfContentsThatIsNoXml)
 {

@@ -36,9 +36,7 @@ Recipe metaOf(const QString& recipeFolder)
 
 } // namespace
 
-class RecipesTest : public RecipesFixture
-{
-};
+using RecipesTest = RecipesFixture;
 
 TEST_F(RecipesTest, FolderLayoutAndReloadKeepEveryKey)
 {

@@ -3,6 +3,8 @@
 // ordered log.
 #pragma once
 
+#include "Units/QStringPrinter.h"
+
 #include <Core/Common/Exceptions/Raise.h>
 #include <Core/Common/Recipes/RecipeContextRegistry.h>
 #include <Core/Common/Recipes/Recipes.h>
@@ -20,11 +22,6 @@
 #include <ostream>
 
 // Readable failure messages.
-inline void PrintTo(const QString& text, std::ostream* out)
-{
-  *out << '"' << text.toStdString() << '"';
-}
-
 namespace RTE
 {
 inline void PrintTo(const Recipe& recipe, std::ostream* out)

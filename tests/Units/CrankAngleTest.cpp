@@ -1,6 +1,8 @@
 #include <Core/Common/Exceptions/GeneralExceptions.h>
 #include <Core/Common/Units/CrankAngle.h>
 
+#include "UnitsTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 using RTE::CrankAngle;
@@ -9,15 +11,7 @@ using RTE::DegreesPerCycle;
 TEST(CrankAngle, DegreesPerCycleAndRangeCheck)
 {
   EXPECT_EQ(DegreesPerCycle().value(), 360.0);
-  try
-  {
-    DegreesPerCycle d(540.0);
-    ADD_FAILURE();
-  }
-  catch (const RTE::InvalidArgumentError& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("Value is not 360 or 720: 540"));
-  }
+  EXPECT_EQ(messageOf<RTE::InvalidArgumentError>([] { DegreesPerCycle(540.0); }), "Value is not 360 or 720: 540");
 
   const QString outside =
       QStringLiteral("Crank angle %1\u00b0 is not in the allowed range between %2\u00b0 and %3\u00b0.");
@@ -39,16 +33,9 @@ TEST(CrankAngle, DegreesPerCycleAndRangeCheck)
   for (const Case& c : cases)
   {
     SCOPED_TRACE(c.angle);
-    try
-    {
-      const CrankAngle a(c.angle, DegreesPerCycle(c.degrees));
-      EXPECT_TRUE(c.error.isEmpty());
-      EXPECT_EQ(double(a), c.angle);
-    }
-    catch (const RTE::InvalidArgumentError& e)
-    {
-      EXPECT_EQ(e.message(), c.error);
-    }
+    const QString error = messageOf<RTE::InvalidArgumentError>(
+        [&] { EXPECT_EQ(double(CrankAngle(c.angle, DegreesPerCycle(c.degrees))), c.angle); });
+    EXPECT_EQ(error, c.error.isEmpty() ? "<no exception>" : c.error);
   }
 }
 

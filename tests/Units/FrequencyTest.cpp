@@ -1,6 +1,8 @@
 #include <Core/Common/Exceptions/GeneralExceptions.h>
 #include <Core/Common/Units/Frequency.h>
 
+#include "UnitsTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 using RTE::Frequency;
@@ -41,15 +43,8 @@ TEST(Frequency, ConversionsFromAndToPeriod)
   EXPECT_TRUE(Frequency(1010).IsCloseTo(Frequency(1000), 10));
   EXPECT_FALSE(Frequency(1000).IsCloseTo(Frequency(1011), 10));
 
-  try
-  {
-    (void)Frequency(0).ToHertz();
-    ADD_FAILURE();
-  }
-  catch (const RTE::Exception& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("Division by zero when trying to calculate a frequency from a zero period."));
-  }
+  EXPECT_EQ(messageOf<RTE::Exception>([] { (void)Frequency(0).ToHertz(); }),
+            "Division by zero when trying to calculate a frequency from a zero period.");
   EXPECT_THROW((void)Frequency(0).ToMilliHertz(), RTE::Exception);
   EXPECT_THROW(Frequency::FromMilliHertz(-1.0), RTE::InvalidArgumentError);
   EXPECT_THROW(Frequency::FromRPM(100.0, 180), RTE::InvalidArgumentError);
@@ -71,14 +66,6 @@ TEST(Frequency, TextForms)
   EXPECT_EQ(Frequency::FromString(QStringLiteral("2.5 kHz")), RTE::Hertz(2500.0));
   EXPECT_EQ(Frequency::FromString(QStringLiteral("2.5 mhz")), RTE::Hertz(2.5e6));
   EXPECT_THROW(Frequency::FromString(QStringLiteral("50Hz")), RTE::PostconditionFailed);
-  try
-  {
-    Frequency::FromString(QStringLiteral("50 rpm"));
-    ADD_FAILURE();
-  }
-  catch (const RTE::Exception& e)
-  {
-    EXPECT_EQ(e.message(),
-              QStringLiteral("Unknown unit - Don't know how to convert the given string '50 rpm' into a frequency."));
-  }
+  EXPECT_EQ(messageOf<RTE::Exception>([] { Frequency::FromString(QStringLiteral("50 rpm")); }),
+            "Unknown unit - Don't know how to convert the given string '50 rpm' into a frequency.");
 }

@@ -8,16 +8,6 @@
 
 #include <limits>
 
-namespace
-{
-
-QString u8(const char* text)
-{
-  return QString::fromUtf8(text);
-}
-
-} // namespace
-
 TEST(NumberFormatter, DefaultPicksNotationByLegibility)
 {
   const Common::NumberFormatter& formatter = Common::NumberFormatter::Default();

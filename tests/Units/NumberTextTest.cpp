@@ -1,4 +1,4 @@
-#include "QStringPrinter.h"
+#include "UnitsTestHelpers.h"
 
 #include <Core/Common/Exceptions/GeneralExceptions.h>
 #include <Core/Common/Units/FloatConverter.h>
@@ -66,15 +66,8 @@ TEST(NumberText, ReadsWhatCProgramsWriteAndRejectsTheRest)
     EXPECT_FALSE(FloatConverter::tryToDouble(bad).has_value());
     EXPECT_THROW(FloatConverter::toDouble(bad), RTE::InvalidArgumentError);
   }
-  try
-  {
-    FloatConverter::toDouble(u"1,5");
-    FAIL();
-  }
-  catch (const RTE::InvalidArgumentError& e)
-  {
-    EXPECT_TRUE(e.message().contains(QStringLiteral("'1,5' is not a number")));
-  }
+  EXPECT_TRUE(messageOf<RTE::InvalidArgumentError>([] { FloatConverter::toDouble(u"1,5"); })
+                  .contains(QStringLiteral("'1,5' is not a number")));
   EXPECT_FALSE(FloatConverter::tryToDouble(QString(5000, QLatin1Char('1'))).has_value());
 }
 

@@ -7,11 +7,6 @@
 namespace
 {
 
-QString u8(const char* text)
-{
-  return QString::fromUtf8(text);
-}
-
 const QString raw = QStringLiteral("raw");
 
 } // namespace
@@ -117,8 +112,6 @@ TEST_F(PreferredUnitsTest, CopyFromAnotherSetAndEditing)
   ASSERT_NE(dynamic_cast<RTE::PreferredUnits*>(clone.get()), nullptr);
   EXPECT_EQ(static_cast<RTE::PreferredUnits&>(*clone).getPreferredUnitId(), QStringLiteral("m"));
 
-  units.setPreferredUnitId(QStringLiteral("cm"));
-  EXPECT_EQ(units.getPreferredUnitId(), QStringLiteral("cm"));
   units.changeBaseUnit(QStringLiteral("px"), QString());
   EXPECT_EQ(units.GetBaseUnit().label, QStringLiteral("px"));
   EXPECT_TRUE(units.GetTargetUnits(true).isEmpty());

@@ -103,25 +103,35 @@ TEST(QuantitySettings, WritesAVersionedRecordWithTheRawValue)
   EXPECT_EQ(node->GetClass(), QStringLiteral("Frequency"));
 }
 
-TEST(QuantitySettings, AnotherClassGivesTheDefaultWithoutReport)
+TEST(QuantitySettings, AnotherClassOrAMissingLeafGivesTheDefaultWithoutReport)
 {
   // Classes are compared exactly: a lower-case name is another class.
   RTE::TimeSpan span = RTE::Seconds(3);
-  Reading reading =
-      read(R"(<root><v class="timespan" version="1"><PicoSeconds class="int64" value="5"/></v></root>)", span);
+  EXPECT_FALSE(read(R"(<root><v class="timespan" version="1"><PicoSeconds class="int64" value="5"/></v></root>)", span)
+                   .reported);
   EXPECT_EQ(span, RTE::TimeSpan());
-  EXPECT_FALSE(reading.reported);
+  span = RTE::Seconds(3);
+  EXPECT_FALSE(
+      read(R"(<root><v class="TimeSpan" version="1"><Other class="int64" value="5"/></v></root>)", span).reported);
+  EXPECT_EQ(span, RTE::TimeSpan());
 
   RTE::Frequency frequency(42);
-  reading =
-      read(R"(<root><v class="TimeSpan" version="1"><PicoSeconds class="int64" value="5"/></v></root>)", frequency);
+  EXPECT_FALSE(
+      read(R"(<root><v class="TimeSpan" version="1"><PicoSeconds class="int64" value="5"/></v></root>)", frequency)
+          .reported);
   EXPECT_EQ(frequency, RTE::Frequency::Zero());
-  EXPECT_FALSE(reading.reported);
+  // Not the period 0: a missing period must not turn into the infinite frequency.
+  frequency = RTE::Frequency(42);
+  EXPECT_FALSE(read(R"(<root><v class="Frequency" version="1"/></root>)", frequency).reported);
+  EXPECT_TRUE(frequency.IsZeroFrequency());
+  EXPECT_FALSE(frequency.isInfinite());
 
   RTE::Percentage percentage(7.0);
-  reading = read(R"(<root><v version="1"><Percent class="double" value="5"/></v></root>)", percentage);
+  EXPECT_FALSE(read(R"(<root><v version="1"><Percent class="double" value="5"/></v></root>)", percentage).reported);
   EXPECT_EQ(percentage, RTE::Percentage());
-  EXPECT_FALSE(reading.reported);
+  percentage = RTE::Percentage(7.0);
+  EXPECT_FALSE(read(R"(<root><v class="Percentage" version="1"/></root>)", percentage).reported);
+  EXPECT_EQ(percentage, RTE::Percentage());
 }
 
 TEST(QuantitySettings, AnotherVersionGivesTheDefaultAndIsReported)
@@ -164,30 +174,14 @@ TEST(QuantitySettings, AnotherVersionGivesTheDefaultAndIsReported)
   }
 }
 
-TEST(QuantitySettings, MissingOrUnusableLeavesGiveTheDefault)
+TEST(QuantitySettings, PercentagesTheTypeRefusesAreReportedNeverThrown)
 {
-  RTE::TimeSpan span = RTE::Seconds(3);
-  Reading reading = read(R"(<root><v class="TimeSpan" version="1"><Other class="int64" value="5"/></v></root>)", span);
-  EXPECT_EQ(span, RTE::TimeSpan());
-  EXPECT_FALSE(reading.reported);
-
-  // Not the period 0: a missing period must not turn into the infinite frequency.
-  RTE::Frequency frequency(42);
-  reading = read(R"(<root><v class="Frequency" version="1"/></root>)", frequency);
-  EXPECT_TRUE(frequency.IsZeroFrequency());
-  EXPECT_FALSE(frequency.isInfinite());
-  EXPECT_FALSE(reading.reported);
-
-  RTE::Percentage percentage(7.0);
-  reading = read(R"(<root><v class="Percentage" version="1"/></root>)", percentage);
-  EXPECT_EQ(percentage, RTE::Percentage());
-  EXPECT_FALSE(reading.reported);
-
-  // The leaf parser reads these, the type refuses them: reported, never thrown.
+  // The leaf parser reads these, the type refuses them.
   for (const char* text : {"nan", "inf", "-inf"})
   {
     SCOPED_TRACE(text);
-    percentage = RTE::Percentage(7.0);
+    RTE::Percentage percentage(7.0);
+    Reading reading;
     const QByteArray xml =
         QStringLiteral(R"(<root><v class="Percentage" version="1"><Percent class="double" value="%1"/></v></root>)")
             .arg(QLatin1String(text))

@@ -1,6 +1,8 @@
 #include <Core/Common/Exceptions/GeneralExceptions.h>
 #include <Core/Common/Units/Rpm.h>
 
+#include "UnitsTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 TEST(Rpm, ChecksAndConvertsRevolutions)
@@ -11,14 +13,6 @@ TEST(Rpm, ChecksAndConvertsRevolutions)
   for (double wrong : {-0.001, std::nan("")})
   {
     SCOPED_TRACE(wrong);
-    try
-    {
-      RTE::Rpm r(wrong);
-      ADD_FAILURE();
-    }
-    catch (const RTE::InvalidArgumentError& e)
-    {
-      EXPECT_EQ(e.message(), QStringLiteral("Invalid RPM value"));
-    }
+    EXPECT_EQ(messageOf<RTE::InvalidArgumentError>([&] { RTE::Rpm{wrong}; }), "Invalid RPM value");
   }
 }

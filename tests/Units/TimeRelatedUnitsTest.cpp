@@ -11,11 +11,6 @@
 namespace
 {
 
-QString u8(const char* text)
-{
-  return QString::fromUtf8(text);
-}
-
 struct Factor
 {
   const char* id;
@@ -56,6 +51,10 @@ TEST_F(TimeRelatedUnitsTest, LengthVelocityAndAcceleration)
   expectUnits(RTE::getTimeRelatedUnits(QStringLiteral("mm/s^2"), 2000.0, QStringLiteral("ms")),
               {{"m", 0.004}, {"mm", 4.0}, {"µm", 4000.0}, {"cm", 0.4}, {"in", 0.004 / 0.0254}, {"ft", 0.004 / 0.3048}});
 
+  SCOPED_TRACE("the filter of the other set applies");
+  registry.getUnits(QStringLiteral("mm")).SetFilter({QStringLiteral("cm"), QStringLiteral("mm")});
+  expectUnits(RTE::getTimeRelatedUnits(QStringLiteral("m/s"), 0.5, QStringLiteral("s")), {{"mm", 500.0}, {"cm", 50.0}});
+
   SCOPED_TRACE("without velocities a length relates to accelerations");
   registry.clear();
   registry.registerUnits(std::make_unique<RTE::LengthUnits>());
@@ -84,12 +83,6 @@ TEST_F(TimeRelatedUnitsTest, NoRelatedUnits)
   EXPECT_TRUE(RTE::getTimeRelatedUnits(QStringLiteral("mm/s"), 2.0, QStringLiteral("Hz")).isEmpty());
   EXPECT_TRUE(RTE::getTimeRelatedUnits(QStringLiteral("Hz"), 2.0, QStringLiteral("s")).isEmpty());
   EXPECT_TRUE(RTE::getTimeRelatedUnits(QStringLiteral("rad"), 2.0, QStringLiteral("s")).isEmpty());
-}
-
-TEST_F(TimeRelatedUnitsTest, OtherSetsFilterApplies)
-{
-  registry.getUnits(QStringLiteral("mm")).SetFilter({QStringLiteral("cm"), QStringLiteral("mm")});
-  expectUnits(RTE::getTimeRelatedUnits(QStringLiteral("m/s"), 0.5, QStringLiteral("s")), {{"mm", 500.0}, {"cm", 50.0}});
 }
 
 TEST_F(TimeRelatedUnitsTest, OptimalUnitForTime)

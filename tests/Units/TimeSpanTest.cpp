@@ -1,6 +1,8 @@
 #include <Core/Common/Exceptions/GeneralExceptions.h>
 #include <Core/Common/Units/TimeSpan.h>
 
+#include "UnitsTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 using RTE::TimeSpan;
@@ -9,20 +11,6 @@ namespace
 {
 
 const QString micro = QString(QChar(0x00B5));
-
-template <typename E, typename F>
-QString messageOf(F f)
-{
-  try
-  {
-    f();
-  }
-  catch (const E& e)
-  {
-    return e.message();
-  }
-  return QStringLiteral("<no exception>");
-}
 
 } // namespace
 

@@ -1,6 +1,8 @@
 #include <Core/Common/Exceptions/GeneralExceptions.h>
 #include <Core/Common/Units/TimeStamp.h>
 
+#include "UnitsTestHelpers.h"
+
 #include <gtest/gtest.h>
 
 using RTE::TimeStamp;
@@ -20,15 +22,8 @@ TEST(TimeStamp, ConstructionSplitsMilliseconds)
   EXPECT_EQ(t.GetFractionPicoSeconds(), 789000000000);
   EXPECT_EQ(t.GetAsQDateTimeWithMsPrecision(), withMs);
   EXPECT_EQ(TimeStamp().GetSecondsSinceEpoch(), 0);
-  try
-  {
-    TimeStamp bad(noon, 1000000000000ULL);
-    ADD_FAILURE();
-  }
-  catch (const RTE::VerificationFailed& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("fraction value invalid: 1000000000000"));
-  }
+  EXPECT_EQ(messageOf<RTE::VerificationFailed>([] { TimeStamp(noon, 1000000000000ULL); }),
+            "fraction value invalid: 1000000000000");
 }
 
 TEST(TimeStamp, ArithmeticCarriesIntoSeconds)
@@ -87,14 +82,7 @@ TEST(TimeStamp, Iso8601Forms)
         QStringLiteral("2024-03-01 12:00:00Z"), QStringLiteral("2024-03-01T12:00:00+01:99")})
   {
     SCOPED_TRACE(bad.toStdString());
-    try
-    {
-      TimeStamp::FromISO8601String(bad);
-      ADD_FAILURE();
-    }
-    catch (const RTE::InvalidArgumentError& e)
-    {
-      EXPECT_EQ(e.message(), QStringLiteral("Invalid ISO 8601 time stamp: '%1'").arg(bad));
-    }
+    EXPECT_EQ(messageOf<RTE::InvalidArgumentError>([&] { TimeStamp::FromISO8601String(bad); }),
+              QStringLiteral("Invalid ISO 8601 time stamp: '%1'").arg(bad));
   }
 }

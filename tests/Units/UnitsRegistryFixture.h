@@ -1,7 +1,7 @@
 // Puts the process registry back to the default sets around each test.
 #pragma once
 
-#include "QStringPrinter.h"
+#include "UnitsTestHelpers.h"
 
 #include <Core/Common/Units/DefaultUnits.h>
 #include <Core/Common/Units/UnitsRegistry.h>

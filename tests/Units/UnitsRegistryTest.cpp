@@ -14,11 +14,6 @@
 namespace
 {
 
-QString u8(const char* text)
-{
-  return QString::fromUtf8(text);
-}
-
 const QStringList defaultTypes{
     QStringLiteral("Acceleration"), QStringLiteral("Angle"),     QStringLiteral("Concentration"),
     QStringLiteral("Force"),        QStringLiteral("Frequency"), QStringLiteral("Length"),
@@ -81,15 +76,8 @@ TEST_F(UnitsRegistryTest, GetUnitsFindsTheSetOrThrowsNamingTheId)
 {
   EXPECT_EQ(registry.getUnits(u8("µs")).GetTypeIdentifier(), QStringLiteral("Time"));
   EXPECT_EQ(registry.getUnits(QStringLiteral("psi")).GetTypeIdentifier(), QStringLiteral("Pressure"));
-  try
-  {
-    (void)registry.getUnits(QStringLiteral("furlong"));
-    FAIL() << "no exception";
-  }
-  catch (const RTE::InvalidArgumentError& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("No units object with the given unit id (furlong) found."));
-  }
+  EXPECT_EQ(messageOf<RTE::InvalidArgumentError>([&] { (void)registry.getUnits(QStringLiteral("furlong")); }),
+            "No units object with the given unit id (furlong) found.");
   // Ids differing only in case are different units.
   EXPECT_THROW((void)registry.getUnits(QStringLiteral("MM")), RTE::InvalidArgumentError);
 }
@@ -109,7 +97,7 @@ TEST_F(UnitsRegistryTest, FilterOfARegisteredSetAppliesToQueries)
   EXPECT_DOUBLE_EQ(registry.findScale(QStringLiteral("in"), QStringLiteral("mm"), true).getFactor(), 25.4);
 }
 
-TEST_F(UnitsRegistryTest, FindScaleFallsBackToTheIdentity)
+TEST_F(UnitsRegistryTest, FindScaleAndIsSameUnitsFallBackForIdsOfDifferentSets)
 {
   const Zn::LinearScale identity(1.0, 0.0, QString(), QString());
   EXPECT_EQ(registry.findScale(QStringLiteral("mm"), QStringLiteral("Hz")), identity);
@@ -121,6 +109,12 @@ TEST_F(UnitsRegistryTest, FindScaleFallsBackToTheIdentity)
   EXPECT_EQ(registry.findScale(QStringLiteral("K"), u8("°C")).getOffset(), -273.15);
   // Same label, different sets: no conversion between absolute and difference temperatures.
   EXPECT_EQ(registry.findScale(u8("°C"), QStringLiteral("CPrecision")), identity);
+  EXPECT_TRUE(registry.isSameUnits(QStringLiteral("mm"), QStringLiteral("ft")));
+  EXPECT_FALSE(registry.isSameUnits(QStringLiteral("mm"), QStringLiteral("ms")));
+  EXPECT_FALSE(registry.isSameUnits(u8("°C"), QStringLiteral("CPrecision")));
+  EXPECT_TRUE(registry.isSameUnits(QStringLiteral("frame"), QStringLiteral("frame")));
+  EXPECT_FALSE(registry.isSameUnits(QStringLiteral("frame"), QStringLiteral("mm")));
+  EXPECT_FALSE(registry.isSameUnits(QStringLiteral("frame"), QStringLiteral("frames")));
 }
 
 TEST_F(UnitsRegistryTest, LabelQueriesAndTheirFallbacks)
@@ -140,16 +134,6 @@ TEST_F(UnitsRegistryTest, LabelQueriesAndTheirFallbacks)
   EXPECT_EQ(registry.getPluralUnitLabel(QStringLiteral("ms")), QStringLiteral("ms"));
   EXPECT_EQ(registry.getPluralUnitLabel(QStringLiteral("1/s^2")), u8("1/s²"));
   EXPECT_EQ(registry.getPluralUnitLabel(QStringLiteral("frame")), QStringLiteral("frames"));
-}
-
-TEST_F(UnitsRegistryTest, IsSameUnits)
-{
-  EXPECT_TRUE(registry.isSameUnits(QStringLiteral("mm"), QStringLiteral("ft")));
-  EXPECT_FALSE(registry.isSameUnits(QStringLiteral("mm"), QStringLiteral("ms")));
-  EXPECT_FALSE(registry.isSameUnits(u8("°C"), QStringLiteral("CPrecision")));
-  EXPECT_TRUE(registry.isSameUnits(QStringLiteral("frame"), QStringLiteral("frame")));
-  EXPECT_FALSE(registry.isSameUnits(QStringLiteral("frame"), QStringLiteral("mm")));
-  EXPECT_FALSE(registry.isSameUnits(QStringLiteral("frame"), QStringLiteral("frames")));
 }
 
 TEST_F(UnitsRegistryTest, ClearRemovesEverySet)
