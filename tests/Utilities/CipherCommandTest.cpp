@@ -2,8 +2,6 @@
 #include "TestFiles.h"
 #include <Core/Common/Utilities/Cipher.h>
 
-#include <QFile>
-#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 
