@@ -3,6 +3,8 @@
 
 #include <Core/Common/CycleTimestamps/CycleTimestamps.h>
 
+#include "OperatingSystem/TestHelpers.h"
+
 #include <QString>
 
 #include <cmath>
@@ -45,21 +47,6 @@ inline RTE::CycleTimestamps::Settings settings(double degrees, std::uint32_t cdm
 inline RTE::CycleTimestamps fullCycle(const std::vector<double>& exposures)
 {
   return RTE::CycleTimestamps(settings(720.0, 4, 0.0, 100.0), times({0.0, 25.0, 50.0, 75.0}), times(exposures));
-}
-
-// The message of the E that f throws; other exceptions escape and fail the test.
-template <typename E, typename F>
-QString messageOf(F f)
-{
-  try
-  {
-    f();
-  }
-  catch (const E& e)
-  {
-    return e.message();
-  }
-  return QStringLiteral("<no exception>");
 }
 
 } // namespace CycleFixtures

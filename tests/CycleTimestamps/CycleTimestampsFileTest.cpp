@@ -209,7 +209,7 @@ TEST(CycleTimestampsFile, ReadingErrorsNameTheField)
     SCOPED_TRACE(message.toStdString());
     FileImage image;
     change(image);
-    EXPECT_EQ(messageOf<RTE::FileReadError>([&] { loadBytes(image.bytes()); }), message);
+    EXPECT_EQ(MessageOf<RTE::FileReadError>([&] { loadBytes(image.bytes()); }), message);
   }
   FileImage late; // a readable file of an inconsistent cycle fails as the constructor does
   late.cdms.push_back(100000000000);
@@ -238,7 +238,7 @@ TEST(CycleTimestampsFile, EveryTruncationIsRefused)
   huge.withRecordedCycle = false;
   huge.cdmCount = quint64(1) << 60;
   StreamDevice device(huge.bytes());
-  EXPECT_EQ(messageOf<RTE::FileReadError>([&] { CycleTimestamps::load(device); }),
+  EXPECT_EQ(MessageOf<RTE::FileReadError>([&] { CycleTimestamps::load(device); }),
             QStringLiteral("Truncated data: the file ends in CDM"));
 }
 
@@ -246,10 +246,10 @@ TEST(CycleTimestampsFile, DeviceAndPathErrors)
 {
   const CycleTimestamps cycle = richCycle();
   QBuffer closed;
-  EXPECT_EQ(messageOf<RTE::InvalidRequest>([&] { cycle.store(closed); }), QStringLiteral("Output device is not open"));
+  EXPECT_EQ(MessageOf<RTE::InvalidRequest>([&] { cycle.store(closed); }), QStringLiteral("Output device is not open"));
   QBuffer readOnly;
   readOnly.open(QIODevice::ReadOnly);
-  EXPECT_EQ(messageOf<RTE::InvalidRequest>([&] { cycle.store(readOnly); }),
+  EXPECT_EQ(MessageOf<RTE::InvalidRequest>([&] { cycle.store(readOnly); }),
             QStringLiteral("Cannot write to output device"));
 
   // A PPR step with an open end cannot be written; nothing reaches the device.
@@ -264,10 +264,10 @@ TEST(CycleTimestampsFile, DeviceAndPathErrors)
   QTemporaryDir dir;
   const QString badPath = dir.filePath(QStringLiteral("missing/Timestamps.bin"));
   const QString cannotOpen = QStringLiteral("Cannot open '%1'").arg(badPath);
-  EXPECT_EQ(messageOf<RTE::FileOpenError>([&] { cycle.store(badPath); }), cannotOpen);
-  EXPECT_EQ(messageOf<RTE::FileOpenError>([&] { CycleTimestamps::load(badPath); }), cannotOpen);
+  EXPECT_EQ(MessageOf<RTE::FileOpenError>([&] { cycle.store(badPath); }), cannotOpen);
+  EXPECT_EQ(MessageOf<RTE::FileOpenError>([&] { CycleTimestamps::load(badPath); }), cannotOpen);
   QFile missing(badPath);
-  EXPECT_EQ(messageOf<RTE::FileOpenError>([&] { CycleTimestamps::load(missing); }),
+  EXPECT_EQ(MessageOf<RTE::FileOpenError>([&] { CycleTimestamps::load(missing); }),
             QStringLiteral("Cannot open hypersampling timestamps"));
 
   // A refused store through a path leaves the existing file as it was.

@@ -67,7 +67,7 @@ Exposures=10000000000 60000000000
   for (const auto& [text, message] : cases)
   {
     SCOPED_TRACE(text);
-    EXPECT_EQ(messageOf<RTE::FileReadError>([&] { loadText(&CycleTimestamps::loadLegacyFormat, text); }), message);
+    EXPECT_EQ(MessageOf<RTE::FileReadError>([&] { loadText(&CycleTimestamps::loadLegacyFormat, text); }), message);
   }
   // The cycle itself is still checked.
   EXPECT_THROW(
@@ -98,6 +98,6 @@ TEST(CycleTimestampsLegacy, LineFormat)
   for (const auto& [text, message] : cases)
   {
     SCOPED_TRACE(text);
-    EXPECT_EQ(messageOf<RTE::FileReadError>([&] { loadText(&CycleTimestamps::loadOldLegacyFormat, text); }), message);
+    EXPECT_EQ(MessageOf<RTE::FileReadError>([&] { loadText(&CycleTimestamps::loadOldLegacyFormat, text); }), message);
   }
 }

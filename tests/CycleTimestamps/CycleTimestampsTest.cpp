@@ -60,9 +60,9 @@ TEST(CycleTimestamps, ConstructorChecksInOrder)
     const auto make = [&]
     { CycleTimestamps(settings(720.0, 4, c.start, c.nextStart), times(c.cdms), times(c.exposures)); };
     if (c.start || c.nextStart)
-      EXPECT_EQ(messageOf<RTE::LogicError>(make), c.message);
+      EXPECT_EQ(MessageOf<RTE::LogicError>(make), c.message);
     else
-      EXPECT_EQ(messageOf<RTE::InvalidArgumentError>(make), c.message);
+      EXPECT_EQ(MessageOf<RTE::InvalidArgumentError>(make), c.message);
   }
   EXPECT_NO_THROW(CycleTimestamps(settings(720.0, 4, 5.0, 5.0), {}, {})); // a cycle of no length
 }
@@ -95,18 +95,18 @@ TEST(CycleTimestamps, AnglesOfEachKindOfCycle)
     EXPECT_EQ(cycle.crankAngleAt(ExposureIndex(c.angles.size())), std::nullopt);
   }
 
-  EXPECT_EQ(messageOf<RTE::PostconditionFailed>(
+  EXPECT_EQ(MessageOf<RTE::PostconditionFailed>(
                 [] {
                   CycleTimestamps(settings(720.0, 3, {}, 100.0), times({0, 25, 50, 75}), times({30}));
                 }),
             QStringLiteral("Postcondition failed: m_settings.cdmsPerCycle >= m_cdms.size()"));
   // More marks after the start than a cycle has, and exposures out of order.
-  EXPECT_EQ(messageOf<RTE::InvalidArgumentError>(
+  EXPECT_EQ(MessageOf<RTE::InvalidArgumentError>(
                 [] {
                   CycleTimestamps(settings(720.0, 2, 0.0), times({0, 25, 50}), times({10, 60}));
                 }),
             QStringLiteral("Invalid crank angle"));
-  EXPECT_EQ(messageOf<RTE::InvalidArgumentError>(
+  EXPECT_EQ(MessageOf<RTE::InvalidArgumentError>(
                 [] {
                   CycleTimestamps(settings(720.0, 8, 0.0, 100.0), times({0, 50}), times({60, 20}));
                 }),

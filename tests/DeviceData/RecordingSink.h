@@ -6,11 +6,9 @@
 
 #include <QString>
 
-#include <map>
 #include <mutex>
 #include <ostream>
 #include <string>
-#include <thread>
 #include <vector>
 
 inline void PrintTo(const QString& text, std::ostream* os)
@@ -25,7 +23,6 @@ struct RecordedCall
   QString text;
   std::vector<double> values; // the array, widened
   bool isImageData = false;
-  std::thread::id thread;
 };
 
 class RecordingSink : public RTE::I_AttributesSink
@@ -33,8 +30,7 @@ class RecordingSink : public RTE::I_AttributesSink
 public:
   void setText(const QString& key, const QString& value) override
   {
-    RecordedCall call{key, "text", value, {}, false, std::this_thread::get_id()};
-    record(std::move(call));
+    record(RecordedCall{key, "text", value, {}, false});
   }
   void setInt32Array(const QString& key, quint64 count, const qint32* data) override
   {
@@ -80,9 +76,7 @@ private:
   template <typename T>
   void recordArray(const QString& key, const char* operation, quint64 count, const T* data, bool isImageData)
   {
-    RecordedCall call{
-        key, operation, {}, std::vector<double>(data, data + count), isImageData, std::this_thread::get_id()};
-    record(std::move(call));
+    record(RecordedCall{key, operation, {}, std::vector<double>(data, data + count), isImageData});
   }
   void record(RecordedCall call);
 

@@ -3,6 +3,8 @@
 #include <Core/Common/OperatingSystem/ActivityFeedback.h>
 #include <Core/Common/OperatingSystem/SubActivityFeedback.h>
 
+#include "TestHelpers.h"
+
 #include <QSignalSpy>
 
 #include <gtest/gtest.h>
@@ -103,28 +105,13 @@ TEST(SubActivityFeedback, MapsProgressIntoTheParentsSliceAndNests)
 TEST(SubActivityFeedback, ReversedRangeIsRefusedWithTheNumbersAsGiven)
 {
   RTE::ActivityFeedback root;
-  try
-  {
-    RTE::SubActivityFeedback sub(root, 80, 20);
-    ADD_FAILURE() << "no exception";
-  }
-  catch (const RTE::VerificationFailed& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("parentProgressMinValue '80' is greater than parentProgressMaxValue '20'"));
-  }
+  EXPECT_EQ(MessageOf<RTE::VerificationFailed>([&] { RTE::SubActivityFeedback(root, 80, 20); }),
+            QStringLiteral("parentProgressMinValue '80' is greater than parentProgressMaxValue '20'"));
 
   // The unclamped numbers appear; the old range stays.
   RTE::SubActivityFeedback sub(root, 10, 20);
-  try
-  {
-    sub.SetProgressRange(150.5, -7);
-    ADD_FAILURE() << "no exception";
-  }
-  catch (const RTE::VerificationFailed& e)
-  {
-    EXPECT_EQ(e.message(),
-              QStringLiteral("parentProgressMinValue '150.5' is greater than parentProgressMaxValue '-7'"));
-  }
+  EXPECT_EQ(MessageOf<RTE::VerificationFailed>([&] { sub.SetProgressRange(150.5, -7); }),
+            QStringLiteral("parentProgressMinValue '150.5' is greater than parentProgressMaxValue '-7'"));
   EXPECT_EQ(sub.parentProgressMinValue(), 10);
   EXPECT_EQ(sub.parentProgressMaxValue(), 20);
   // 120 and 110 both clamp to 100: not reversed once clamped.

@@ -1,23 +1,9 @@
 #include "RteRun.h"
+#include "TestHelpers.h"
 
-#include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
-
-namespace
-{
-
-void WriteFile(const QString& path, qint64 size)
-{
-  QDir().mkpath(QFileInfo(path).absolutePath());
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(QByteArray(size, 'r'));
-}
-
-} // namespace
 
 TEST(RteFileCommands, DuAndCopyWorkOnTreesAndRefuseBadArguments)
 {

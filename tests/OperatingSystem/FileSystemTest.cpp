@@ -7,6 +7,9 @@
 #include <Core/Common/OperatingSystem/QFileAsFILE.h>
 #include <Core/Common/OperatingSystem/TempFolder.h>
 
+#include "TestFiles.h"
+#include "TestHelpers.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -23,41 +26,6 @@
 #include <dlfcn.h>
 
 namespace FS = RTE::FileSystem;
-
-namespace
-{
-
-void WriteFile(const QString& path, qint64 size, char fill = 'x')
-{
-  QDir().mkpath(QFileInfo(path).absolutePath());
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly)) << path.toStdString();
-  const QByteArray block(65536, fill);
-  for (qint64 left = size; left > 0; left -= block.size())
-    file.write(block.constData(), std::min<qint64>(left, block.size()));
-}
-
-QByteArray Content(const QString& path)
-{
-  QFile file(path);
-  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-template <typename E, typename F>
-QString MessageOf(F&& call)
-{
-  try
-  {
-    call();
-  }
-  catch (const E& e)
-  {
-    return e.message();
-  }
-  return QStringLiteral("<nothing thrown>");
-}
-
-} // namespace
 
 TEST(FileSystemPaths, FixPathAndNamePartsFollowTheirRules)
 {
@@ -178,7 +146,7 @@ TEST(FileSystemCopy, PiecesReportProgressAndCancelWithoutLeavingAHalfFile)
       source, dir.path() + "/copy.bin", [&](std::uint64_t i, std::uint64_t n) { calls.emplace_back(i, n); },
       [] { return false; }));
   EXPECT_EQ(calls, (std::vector<std::pair<std::uint64_t, std::uint64_t>>{{0, 4}, {1, 4}, {2, 4}, {3, 4}}));
-  EXPECT_EQ(Content(dir.path() + "/copy.bin"), Content(source));
+  EXPECT_EQ(readFile(dir.path() + "/copy.bin"), readFile(source));
 
   // An existing target without overwrite is left alone.
   WriteFile(dir.path() + "/keep.bin", 5);
@@ -217,7 +185,7 @@ TEST(FileSystemCopy, ProgressCopyFolderFiltersReportsAndCleansUp)
 
   const QString dst = dir.path() + "/dst";
   FS::CopyFolder(src, dst, control, feedback, false, false, {QStringLiteral(".tmp")});
-  EXPECT_EQ(Content(dst + "/sub/b.bin"), Content(src + "/sub/b.bin"));
+  EXPECT_EQ(readFile(dst + "/sub/b.bin"), readFile(src + "/sub/b.bin"));
   EXPECT_TRUE(QFileInfo(dst + "/empty").isDir());
   EXPECT_FALSE(QFileInfo::exists(dst + "/sub/skip.tmp"));
   EXPECT_EQ(messages.filter(QRegularExpression(QStringLiteral("^sub/b\\.bin \\("))).size(), 1);

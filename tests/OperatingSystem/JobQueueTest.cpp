@@ -3,6 +3,8 @@
 #include <Core/Common/OperatingSystem/ActivityControl.h>
 #include <Core/Common/OperatingSystem/JobQueue.h>
 
+#include "TestHelpers.h"
+
 #include <gtest/gtest.h>
 
 #include <pthread.h>
@@ -119,15 +121,7 @@ TEST(JobQueue, FirstFailureCancelsTheQueueAndIsRethrown)
   queue.WaitUntilFinished();
   EXPECT_EQ(ranAfterFailure.load(), 0);
 
-  try
-  {
-    queue.Rethrow();
-    ADD_FAILURE() << "nothing rethrown";
-  }
-  catch (const RTE::InvalidArgumentError& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("first"));
-  }
+  EXPECT_EQ(MessageOf<RTE::InvalidArgumentError>([&] { queue.Rethrow(); }), QStringLiteral("first"));
 
   // Exceptions of any type are kept as they were thrown.
   control.reset();

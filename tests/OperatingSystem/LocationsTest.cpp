@@ -5,6 +5,8 @@
 #include <Core/Common/OperatingSystem/Locations.h>
 #include <Core/Common/Storage/SettingsDocument.h>
 
+#include "TestHelpers.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
@@ -24,19 +26,6 @@ namespace
 void Print(const char* key, const QString& value)
 {
   std::cout << "@" << key << "=" << value.toStdString() << std::endl;
-}
-
-QString ExceptionText(const std::function<void()>& call)
-{
-  try
-  {
-    call();
-  }
-  catch (const RTE::Exception& e)
-  {
-    return e.message();
-  }
-  return QStringLiteral("none");
 }
 
 using Report = QMap<QString, QString>;
@@ -120,7 +109,7 @@ TEST(DISABLED_LocationsChild, Run)
   Print("temp", Loc::getTemporaryPath());
   Print("defaultTemp", Loc::getDefaultTemporaryPath());
   Print("tempExists", QFileInfo(Loc::getTemporaryPath()).isDir() ? "1" : "0");
-  Print("late", ExceptionText([] { Loc::setApplicationPathOneLevelUp(); }));
+  Print("late", MessageOf<RTE::Exception>([] { Loc::setApplicationPathOneLevelUp(); }));
 
   for (const QString& step : steps)
   {
@@ -134,7 +123,8 @@ TEST(DISABLED_LocationsChild, Run)
       Print("oldTempGone", QFileInfo::exists(before) ? "0" : "1");
       Loc::useDefaultTemporaryPath();
       Print("backToDefault", Loc::getTemporaryPath());
-      Print("lateSuffix", ExceptionText([] { Loc::modifyTemporaryPathApplicationName(QStringLiteral("x")); }));
+      Print("lateSuffix",
+            MessageOf<RTE::Exception>([] { Loc::modifyTemporaryPathApplicationName(QStringLiteral("x")); }));
     }
     else if (step == QStringLiteral("defaults"))
     {

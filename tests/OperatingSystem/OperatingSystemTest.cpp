@@ -2,6 +2,8 @@
 #include <Core/Common/OperatingSystem/Linux/OperatingSystemLinux_p.h>
 #include <Core/Common/OperatingSystem/OperatingSystem.h>
 
+#include "TestHelpers.h"
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -250,15 +252,7 @@ void expectSecondRegistrationRefused(Register reg, const char* message)
   SCOPED_TRACE(message);
   reg(false); // an empty callback first: does not count
   reg(true);
-  try
-  {
-    reg(true);
-    ADD_FAILURE() << "no exception";
-  }
-  catch (const RTE::VerificationFailed& e)
-  {
-    EXPECT_EQ(e.message(), QString::fromLatin1(message));
-  }
+  EXPECT_EQ(MessageOf<RTE::VerificationFailed>([&] { reg(true); }), QString::fromLatin1(message));
   reg(false); // removes the callback
   EXPECT_NO_THROW(reg(true));
 }
@@ -321,16 +315,7 @@ TEST(OperatingSystem, RegisterSystemEventsRefusesOtherThreadsAndAMissingEventLoo
   QString message;
   std::thread(
       [&]
-      {
-        try
-        {
-          OperatingSystem::GetInstance().registerSystemEvents();
-        }
-        catch (const RTE::VerificationFailed& e)
-        {
-          message = e.message();
-        }
-      })
+      { message = MessageOf<RTE::VerificationFailed>([] { OperatingSystem::GetInstance().registerSystemEvents(); }); })
       .join();
   EXPECT_EQ(message, QStringLiteral("Must be called from main thread."));
 
@@ -402,8 +387,8 @@ TEST(OperatingSystem, SessionManagerNoticesAndRequestsTravelOverTheSystemBus)
   // Delay locks at the start and again after the resume, a block lock, then the requests
   // without interaction.
   ASSERT_EQ(calls.size(), 6) << qPrintable(calls.join(QLatin1Char('|')));
-  EXPECT_TRUE(calls[0].startsWith(QLatin1String("Inhibit sleep:shutdown child")) && calls[0].endsWith("delay"));
-  EXPECT_TRUE(calls[1].startsWith(QLatin1String("Inhibit sleep:shutdown child")) && calls[1].endsWith("delay"));
+  for (int i : {0, 1})
+    EXPECT_TRUE(calls[i].startsWith(QLatin1String("Inhibit sleep:shutdown child")) && calls[i].endsWith("delay"));
   EXPECT_TRUE(calls[2].startsWith(QLatin1String("Inhibit sleep:idle child")) && calls[2].endsWith("block"));
   EXPECT_EQ(calls[3], QStringLiteral("PowerOff false"));
   EXPECT_EQ(calls[4], QStringLiteral("Reboot false"));

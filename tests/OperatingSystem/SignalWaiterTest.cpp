@@ -4,6 +4,8 @@
 #include <Core/Common/OperatingSystem/MultiSignalWaiter.h>
 #include <Core/Common/OperatingSystem/SignalWaiter.h>
 
+#include "TestHelpers.h"
+
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -49,16 +51,8 @@ TEST(MultiSignalWaiter, WaitsForEverySignalAndOnlyOnce)
   EXPECT_GE(passes, 3);
   EXPECT_TRUE(waiter.allArrived());
 
-  try
-  {
-    waiter.waitForSignal();
-    ADD_FAILURE() << "second wait accepted";
-  }
-  catch (const RTE::InvalidRequest& e)
-  {
-    EXPECT_EQ(e.message(),
-              QStringLiteral("MultiSignalWaiter::waitForSignal must not be called twice on the same object!"));
-  }
+  EXPECT_EQ(MessageOf<RTE::InvalidRequest>([&] { waiter.waitForSignal(); }),
+            QStringLiteral("MultiSignalWaiter::waitForSignal must not be called twice on the same object!"));
 
   // After reset it waits again: one signal alone is not enough.
   waiter.reset();

@@ -13,6 +13,7 @@
 
 #include <chrono>
 #include <thread>
+#include <vector>
 
 namespace
 {
@@ -45,10 +46,17 @@ TEST(SystemInfo, MemoryAndTimeFiguresAreConsistent)
   const std::uint64_t avail = info.GetMemoryAvail();
   ASSERT_GT(total, 0u);
   EXPECT_LE(avail, total);
-  EXPECT_GT(info.GetMemoryProcess(), 0u);
-  EXPECT_LT(info.GetMemoryProcess(), total);
   EXPECT_NEAR(info.GetMemoryUsage(), 100.0 * static_cast<double>(total - avail) / static_cast<double>(total), 5.0);
   EXPECT_FALSE(info.getUserName().isEmpty());
+  EXPECT_EQ(info.GetGdiObjectCount(), 0u);
+  EXPECT_GE(info.GetProcessorNumber(), 1u);
+  // 64 MiB written page by page must show in the resident set.
+  const std::uint64_t resident = info.GetMemoryProcess();
+  std::vector<char> block(64 << 20);
+  for (std::size_t i = 0; i < block.size(); i += 4096)
+    block[i] = static_cast<char>(i);
+  EXPECT_GE(info.GetMemoryProcess(), resident + (48u << 10)) << "before " << resident << " KiB";
+  EXPECT_LT(info.GetMemoryProcess(), total);
 
   ASSERT_TRUE(info.IsHighResTimeAvail());
   EXPECT_EQ(info.GetHighResSystemFrequency(), 1000000000u);

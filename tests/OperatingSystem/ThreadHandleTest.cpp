@@ -1,5 +1,4 @@
 #include <Core/Common/Exceptions/GeneralExceptions.h>
-#include <Core/Common/OperatingSystem/C_SystemInfo.h>
 #include <Core/Common/OperatingSystem/ThreadHandle.h>
 
 #include <gtest/gtest.h>
@@ -11,7 +10,6 @@
 
 #include <string>
 #include <thread>
-#include <vector>
 
 using namespace RTE::ThreadHandle;
 
@@ -120,18 +118,4 @@ TEST(ThreadHandle, ProcessAffinityIsSetForEveryThreadAndDumped)
 
   ASSERT_EQ(::sched_setaffinity(0, sizeof original, &original), 0);
   ASSERT_EQ(::sched_setaffinity(::getpid(), sizeof original, &original), 0);
-}
-
-TEST(C_SystemInfo, ProcessMemoryGrowsWithTouchedMemory)
-{
-  const auto before = RTE::C_SystemInfo::GetInstance().GetMemoryProcess();
-  EXPECT_GT(before, 0u);
-  // 64 MiB written page by page must show in the resident set.
-  std::vector<char> block(64 << 20);
-  for (std::size_t i = 0; i < block.size(); i += 4096)
-    block[i] = static_cast<char>(i);
-  const auto after = RTE::C_SystemInfo::GetInstance().GetMemoryProcess();
-  EXPECT_GE(after, before + (48u << 10)) << "before " << before << " KiB, after " << after << " KiB";
-  EXPECT_EQ(RTE::C_SystemInfo::GetInstance().GetGdiObjectCount(), 0u);
-  EXPECT_GE(RTE::C_SystemInfo::GetInstance().GetProcessorNumber(), 1u);
 }

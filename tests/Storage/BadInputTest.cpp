@@ -3,8 +3,8 @@
 #include <Core/Common/Storage/SettingsDocument.h>
 
 #include "StorageTestHelpers.h"
+#include "TestFiles.h"
 
-#include <QFile>
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 
@@ -94,11 +94,7 @@ TEST(BadInput, BinaryFilesAndTextsAreRejectedSafely)
       const int size = static_cast<int>(random.bounded(1, 600));
       for (int i = 0; i < size; ++i)
         bytes.append(static_cast<char>(random.bounded(256)));
-      {
-        QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-      }
+      ASSERT_TRUE(writeFile(path, bytes));
       SettingsDocument document(path, AutoSync::Off);
       if (document.Load())
         walk(document, 8);

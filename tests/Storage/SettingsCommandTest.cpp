@@ -2,10 +2,8 @@
 #include <Core/Common/Storage/SettingsDocument.h>
 
 #include "StorageTestHelpers.h"
+#include "TestFiles.h"
 
-#include <QCoreApplication>
-#include <QFile>
-#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include "RteRun.h"
@@ -79,14 +77,8 @@ TEST(SettingsCommand, PrintsGetsAndSetsKeepingTheRest)
 
   // A file that cannot be read is never overwritten.
   const QString broken = dir.filePath(QStringLiteral("broken.xml"));
-  {
-    QFile file(broken);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("<root><unclosed>");
-  }
+  ASSERT_TRUE(writeFile(broken, "<root><unclosed>"));
   run = rte({broken, QStringLiteral("--set"), QStringLiteral("a=1")});
   EXPECT_EQ(run.exitCode, 1);
-  QFile file(broken);
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  EXPECT_EQ(file.readAll(), QByteArray("<root><unclosed>"));
+  EXPECT_EQ(readFile(broken), QByteArray("<root><unclosed>"));
 }

@@ -3,6 +3,7 @@
 #include <Core/Common/Storage/StorageExceptions.h>
 
 #include "LogCapture.h"
+#include "OperatingSystem/TestHelpers.h"
 #include "StorageTestHelpers.h"
 
 #include <QDir>
@@ -133,15 +134,9 @@ TEST(SettingsDocument, ContextsAreValidatedForFolderScopes)
   for (const auto& c : cases)
   {
     SCOPED_TRACE(c.context);
-    try
-    {
-      SettingsDocument document(c.scope, QString::fromUtf8(c.context), AutoSync::Off);
-      ADD_FAILURE() << "no exception";
-    }
-    catch (const Storage::InvalidScopeOrContext& e)
-    {
-      EXPECT_EQ(e.message(), QString::fromUtf8(c.message));
-    }
+    EXPECT_EQ(MessageOf<Storage::InvalidScopeOrContext>(
+                  [&] { SettingsDocument(c.scope, QString::fromUtf8(c.context), AutoSync::Off); }),
+              QString::fromUtf8(c.message));
   }
   EXPECT_NO_THROW(SettingsDocument(Scope::File, QStringLiteral("c:/odd?*"), AutoSync::Off));
   EXPECT_NO_THROW(SettingsDocument(Scope::InMemory, QStringLiteral("a:b"), AutoSync::LoadAndSave));

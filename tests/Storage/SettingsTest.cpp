@@ -3,6 +3,7 @@
 #include <Core/Common/Storage/StorageExceptions.h>
 
 #include "LogCapture.h"
+#include "OperatingSystem/TestHelpers.h"
 #include "StorageTestHelpers.h"
 
 #include <gtest/gtest.h>
@@ -172,19 +173,16 @@ TEST(Settings, ClassMismatchIsReportedWithPathButStillConverted)
       QStringLiteral("Path: root/center/X - Mismatching class - Expected class: \"int32\", Actual class: \"string\""));
 }
 
-TEST(Settings, SetNeverOverwritesACollection)
+TEST(Settings, PlainLookupAndSetNeverTouchACollectionItem)
 {
-  SettingsStringBasedDocument document;
-  document.AppendCollectionItem("a", 1);
-  document.AppendCollectionItem("a", 2);
-  const QString before = document.ToString();
-  document.Set("a", 5);
-  document.Set("a", QStringLiteral("text"));
-  EXPECT_EQ(document.ToString(), before);
-}
+  SettingsStringBasedDocument collection;
+  collection.AppendCollectionItem("a", 1);
+  collection.AppendCollectionItem("a", 2);
+  const QString before = collection.ToString();
+  collection.Set("a", 5);
+  collection.Set("a", QStringLiteral("text"));
+  EXPECT_EQ(collection.ToString(), before);
 
-TEST(Settings, PlainLookupNeverReturnsACollectionItem)
-{
   auto document = parseSettings(R"(<root><a index="0" class="int32" value="1"/><a class="int32" value="2"/></root>)");
   EXPECT_TRUE(document->Contains("a"));
   EXPECT_THROW(document->GetNode("a"), Storage::NotExistingSetting);
@@ -285,37 +283,19 @@ TEST(Settings, RemoveAndClear)
 TEST(Settings, MissingNodesThrowNotExistingOrInvalidName)
 {
   SettingsStringBasedDocument document;
-  try
-  {
-    document.GetNode("gain");
-    FAIL() << "no exception";
-  }
-  catch (const Storage::NotExistingSetting& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("Not existing setting error. (Setting name: 'gain')"));
-    EXPECT_FALSE(e.IsCollection());
-    EXPECT_EQ(e.sourceFile(), QStringLiteral("Core/Common/SettingsDomElem"));
-    EXPECT_EQ(e.sourceLine(), 141u);
-  }
-  try
-  {
-    document.GetCollectionNode("gain", 3);
-    FAIL() << "no exception";
-  }
-  catch (const Storage::NotExistingSetting& e)
-  {
-    EXPECT_TRUE(e.IsCollection());
-    EXPECT_EQ(e.GetCollectionIndex(), 3u);
-  }
-  try
-  {
-    document.GetNode("9lives");
-    FAIL() << "no exception";
-  }
-  catch (const Storage::InvalidSettingsName& e)
-  {
-    EXPECT_EQ(e.sourceFile(), QStringLiteral("Core/Common/Settings"));
-  }
+  const auto plain = Caught<Storage::NotExistingSetting>([&] { document.GetNode("gain"); });
+  ASSERT_TRUE(plain);
+  EXPECT_EQ(plain->message(), QStringLiteral("Not existing setting error. (Setting name: 'gain')"));
+  EXPECT_FALSE(plain->IsCollection());
+  EXPECT_EQ(plain->sourceFile(), QStringLiteral("Core/Common/SettingsDomElem"));
+  EXPECT_EQ(plain->sourceLine(), 141u);
+  const auto item = Caught<Storage::NotExistingSetting>([&] { document.GetCollectionNode("gain", 3); });
+  ASSERT_TRUE(item);
+  EXPECT_TRUE(item->IsCollection());
+  EXPECT_EQ(item->GetCollectionIndex(), 3u);
+  const auto name = Caught<Storage::InvalidSettingsName>([&] { document.GetNode("9lives"); });
+  ASSERT_TRUE(name);
+  EXPECT_EQ(name->sourceFile(), QStringLiteral("Core/Common/Settings"));
   EXPECT_THROW(document.GetCollectionNode("xmlThing", 0), Storage::InvalidSettingsName);
   EXPECT_EQ(document.GetClass("missing"), QString());
 }

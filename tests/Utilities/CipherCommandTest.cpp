@@ -2,8 +2,6 @@
 #include "TestFiles.h"
 #include <Core/Common/Utilities/Cipher.h>
 
-#include <QFile>
-#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 
@@ -40,11 +38,7 @@ TEST(CipherCommand, EncryptsAndDecryptsInPlaceOrIntoAnotherFile)
   const QString path = dir.filePath(QStringLiteral("notes.txt"));
   const QString copy = dir.filePath(QStringLiteral("copy.txt"));
   const QByteArray plain("line one\nline two\n");
-  {
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(plain);
-  }
+  ASSERT_TRUE(writeFile(path, plain));
 
   const RteRun encrypted = rteWith(QStringLiteral("s3cret pass"), {"encrypt", "--iterations", "1000", path});
   EXPECT_EQ(encrypted.exitCode, 0) << encrypted.err.toStdString();

@@ -1,5 +1,6 @@
 // Manuals and the external viewer, with fake handler programs first on PATH.
 #include "LogCapture.h"
+#include "OperatingSystem/TestHelpers.h"
 
 #include <Core/Common/Exceptions/FileOpenError.h>
 #include <Core/Common/Exceptions/GeneralExceptions.h>
@@ -100,28 +101,16 @@ TEST_F(DesktopLaunch, MissingManualOrHandlerIsAClearLoggedError)
   addFile(QStringLiteral("manuals/en/CameraSetup.pdf"));
   RTE::Manuals manuals(m_data.filePath(QStringLiteral("manuals")));
   LogCapture log("Core.Exception");
-  try
-  {
-    manuals.openManual(QStringLiteral("Missing"), QStringLiteral("de"));
-    FAIL();
-  }
-  catch (const RTE::FileOpenError& e)
-  {
-    EXPECT_TRUE(e.message().contains(QStringLiteral("No manual 'Missing' in language 'de' or in English")));
-  }
+  const QString missing =
+      MessageOf<RTE::FileOpenError>([&] { manuals.openManual(QStringLiteral("Missing"), QStringLiteral("de")); });
+  EXPECT_TRUE(missing.contains(QStringLiteral("No manual 'Missing' in language 'de' or in English")))
+      << missing.toStdString();
   EXPECT_EQ(log.messages().size(), 1);
 
   manuals.setHandler(QStringLiteral("no-such-handler-program"));
-  try
-  {
-    manuals.openManual(QStringLiteral("CameraSetup"), QStringLiteral("en"));
-    FAIL();
-  }
-  catch (const RTE::InvalidRequest& e)
-  {
-    EXPECT_TRUE(e.message().contains(QStringLiteral("'no-such-handler-program' was not found")))
-        << e.message().toStdString();
-  }
+  const QString noHandler =
+      MessageOf<RTE::InvalidRequest>([&] { manuals.openManual(QStringLiteral("CameraSetup"), QStringLiteral("en")); });
+  EXPECT_TRUE(noHandler.contains(QStringLiteral("'no-such-handler-program' was not found"))) << noHandler.toStdString();
   EXPECT_EQ(log.messages().size(), 2);
   EXPECT_FALSE(QFile::exists(m_bin.filePath(QStringLiteral("xdg-open.args"))));
 }

@@ -2,6 +2,8 @@
 #include <Core/Common/Storage/SettingsStringBasedDocument.h>
 #include <Core/Common/Utilities/NameWithWildcardEditModel.h>
 
+#include "OperatingSystem/TestHelpers.h"
+
 #include <QAbstractItemModelTester>
 #include <QSignalSpy>
 
@@ -127,15 +129,7 @@ TEST(NameWithWildcardEditModel, RejectsInvalidAndDuplicateNamesWithTheirReason)
     const QString name = QString::fromUtf8(c.name);
     EXPECT_TRUE(model.validationError(name).contains(QString::fromUtf8(c.reasonPart)))
         << model.validationError(name).toStdString();
-    try
-    {
-      model.appendName(name);
-      ADD_FAILURE() << "accepted";
-    }
-    catch (const RTE::InvalidArgumentError& e)
-    {
-      EXPECT_EQ(e.message(), model.validationError(name));
-    }
+    EXPECT_EQ(MessageOf<RTE::InvalidArgumentError>([&] { model.appendName(name); }), model.validationError(name));
   }
   EXPECT_EQ(model.validationError(QStringLiteral("CAMERA*"), 0), QString()); // its own row
   EXPECT_EQ(model.validationError(QStringLiteral("Kamera 1 (links)")), QString());

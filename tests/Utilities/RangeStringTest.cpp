@@ -2,6 +2,8 @@
 #include <Core/Common/Exceptions/GeneralExceptions.h>
 #include <Core/Common/Utilities/RangeString.h>
 
+#include "OperatingSystem/TestHelpers.h"
+
 #include <QString>
 
 #include <gtest/gtest.h>
@@ -75,15 +77,9 @@ TEST(RangeString, RejectsBadTextWithTheDocumentedErrors)
   const auto expectOutOfRange = [&](const char* input, unsigned min, unsigned max, bool oneBased)
   {
     SCOPED_TRACE(input);
-    try
-    {
-      RTE::ParseRangeString(QString::fromUtf8(input), min, max, oneBased);
-      ADD_FAILURE() << "no exception";
-    }
-    catch (const RTE::OutOfRangeError& e)
-    {
-      EXPECT_EQ(e.message(), text);
-    }
+    EXPECT_EQ(
+        MessageOf<RTE::OutOfRangeError>([&] { RTE::ParseRangeString(QString::fromUtf8(input), min, max, oneBased); }),
+        text);
   };
   expectInvalid("2-4-6", 0, 9, false);
   expectInvalid("a", 0, 9, false);
@@ -103,15 +99,8 @@ TEST(RangeString, RejectsBadTextWithTheDocumentedErrors)
   // The first bad inclusion decides, before any exclusion.
   expectOutOfRange("!x,12", 0, 9, false);
 
-  try
-  {
-    RTE::ParseRangeString(QStringLiteral("1"), 5, 4, false);
-    ADD_FAILURE() << "no exception";
-  }
-  catch (const RTE::VerificationFailed& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("ParseRangeString: Min index must be smaller than max index."));
-  }
+  EXPECT_EQ(MessageOf<RTE::VerificationFailed>([] { RTE::ParseRangeString(QStringLiteral("1"), 5, 4, false); }),
+            QStringLiteral("ParseRangeString: Min index must be smaller than max index."));
 }
 
 TEST(RangeString, ManyOverlappingPartsOverAHugeRangeStayCheap)

@@ -1,5 +1,6 @@
 // The `rte ranges` and `rte xml` subcommands, run as a user would run them.
 #include "RteRun.h"
+#include "TestFiles.h"
 #include "Units/QStringPrinter.h"
 
 #include <QFile>
@@ -38,11 +39,7 @@ TEST(XmlCommand, PrintsTheSelectedValue)
   SKIP_WITHOUT_RTE();
   QTemporaryDir dir;
   const QString path = dir.filePath(QStringLiteral("camera.xml"));
-  {
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write("<camera id=\"c1\"><lens>35</lens></camera>");
-  }
+  ASSERT_TRUE(writeFile(path, "<camera id=\"c1\"><lens>35</lens></camera>"));
   RteRun run = runRte({QStringLiteral("xml"), path, QStringLiteral("/camera/@id")});
   EXPECT_EQ(run.exitCode, 0) << run.err.toStdString();
   EXPECT_EQ(run.out, QStringLiteral("c1\n"));

@@ -1,8 +1,9 @@
 #include <Core/Common/Utilities/ElfSoname_p.h>
 #include <Core/Common/Utilities/VersionInfo.h>
 
+#include "TestFiles.h"
+
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -38,16 +39,13 @@ TEST(VersionInfo, FilesWithoutVersionGiveEmptyText)
   EXPECT_TRUE(VersionInfo::fileVersion(QCoreApplication::applicationFilePath()).isEmpty());
   EXPECT_TRUE(VersionInfo::fileVersion(QStringLiteral("/nonexistent/libx.so.1")).isEmpty());
   QTemporaryDir dir;
-  QFile text(dir.filePath(QStringLiteral("libfake.so.1")));
-  ASSERT_TRUE(text.open(QIODevice::WriteOnly));
-  text.write("\x7F"
-             "ELF not really");
-  text.close();
-  EXPECT_TRUE(VersionInfo::fileVersion(text.fileName()).isEmpty());
-  QFile empty(dir.filePath(QStringLiteral("empty")));
-  ASSERT_TRUE(empty.open(QIODevice::WriteOnly));
-  empty.close();
-  EXPECT_TRUE(VersionInfo::soname(empty.fileName()).isEmpty());
+  const QString fake = dir.filePath(QStringLiteral("libfake.so.1"));
+  ASSERT_TRUE(writeFile(fake, "\x7F"
+                              "ELF not really"));
+  EXPECT_TRUE(VersionInfo::fileVersion(fake).isEmpty());
+  const QString empty = dir.filePath(QStringLiteral("empty"));
+  ASSERT_TRUE(writeFile(empty, QByteArray()));
+  EXPECT_TRUE(VersionInfo::soname(empty).isEmpty());
 }
 
 namespace

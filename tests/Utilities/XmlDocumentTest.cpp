@@ -2,9 +2,10 @@
 #include <Core/Common/Exceptions/GeneralExceptions.h>
 #include <Core/Common/Utilities/XmlDocument.h>
 
+#include "OperatingSystem/TestHelpers.h"
+#include "TestFiles.h"
 #include "Units/QStringPrinter.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QTemporaryDir>
 
@@ -19,12 +20,6 @@ namespace
 const QString cameraXml = QStringLiteral("<camera id=\"cam1\" model=\"x\">"
                                          "<lens focal=\"35\">wide</lens><lens focal=\"85\"/>"
                                          "<note/></camera>");
-
-bool writeFile(const QString& path, const QByteArray& bytes)
-{
-  QFile file(path);
-  return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size();
-}
 
 } // namespace
 
@@ -78,24 +73,10 @@ TEST(XmlDocument, BuildsEditsAndWritesDocuments)
   root.appendChild(*other.selectNode(QStringLiteral("//lens")));
   EXPECT_EQ(doc.selectNode(QStringLiteral("/setup/lens"))->getValue(), QStringLiteral("wide"));
 
-  try
-  {
-    doc.createRootNode(QString());
-    ADD_FAILURE() << "no exception";
-  }
-  catch (const RTE::InvalidArgumentError& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("The name of the root node must not be empty"));
-  }
-  try
-  {
-    root.appendChild(XmlNode());
-    ADD_FAILURE() << "no exception";
-  }
-  catch (const RTE::InvalidArgumentError& e)
-  {
-    EXPECT_EQ(e.message(), QStringLiteral("The name of the child node must not be empty"));
-  }
+  EXPECT_EQ(MessageOf<RTE::InvalidArgumentError>([&] { doc.createRootNode(QString()); }),
+            QStringLiteral("The name of the root node must not be empty"));
+  EXPECT_EQ(MessageOf<RTE::InvalidArgumentError>([&] { root.appendChild(XmlNode()); }),
+            QStringLiteral("The name of the child node must not be empty"));
   EXPECT_THROW(root.appendChild(QString()), RTE::InvalidArgumentError);
 
   XmlNode empty;
