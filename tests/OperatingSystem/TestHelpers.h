@@ -1,4 +1,5 @@
-// Helpers shared by the operating-system suites (and used by a few others).
+// Helpers shared by the operating-system suites (and used by a few others): what a call
+// throws, and files to work on.
 #pragma once
 
 #include <QByteArray>
@@ -9,37 +10,7 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
-
-// The message of the E that call throws; other exceptions escape and fail the test.
-template <typename E, typename F>
-QString MessageOf(F&& call)
-{
-  try
-  {
-    call();
-  }
-  catch (const E& e)
-  {
-    return e.message();
-  }
-  return QStringLiteral("<nothing thrown>");
-}
-
-// A copy of the E that call throws, or nothing; other exceptions escape and fail the test.
-template <typename E, typename F>
-std::optional<E> Caught(F&& call)
-{
-  try
-  {
-    call();
-  }
-  catch (const E& e)
-  {
-    return e;
-  }
-  return std::nullopt;
-}
+#include "Thrown.h"
 
 // A file of size bytes of fill, its folders made as needed.
 inline void WriteFile(const QString& path, qint64 size, char fill = 'x')

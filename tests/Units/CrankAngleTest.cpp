@@ -11,7 +11,7 @@ using RTE::DegreesPerCycle;
 TEST(CrankAngle, DegreesPerCycleAndRangeCheck)
 {
   EXPECT_EQ(DegreesPerCycle().value(), 360.0);
-  EXPECT_EQ(messageOf<RTE::InvalidArgumentError>([] { DegreesPerCycle(540.0); }), "Value is not 360 or 720: 540");
+  EXPECT_EQ(MessageOf<RTE::InvalidArgumentError>([] { DegreesPerCycle(540.0); }), "Value is not 360 or 720: 540");
 
   const QString outside =
       QStringLiteral("Crank angle %1\u00b0 is not in the allowed range between %2\u00b0 and %3\u00b0.");
@@ -33,7 +33,7 @@ TEST(CrankAngle, DegreesPerCycleAndRangeCheck)
   for (const Case& c : cases)
   {
     SCOPED_TRACE(c.angle);
-    const QString error = messageOf<RTE::InvalidArgumentError>(
+    const QString error = MessageOf<RTE::InvalidArgumentError>(
         [&] { EXPECT_EQ(double(CrankAngle(c.angle, DegreesPerCycle(c.degrees))), c.angle); });
     EXPECT_EQ(error, c.error.isEmpty() ? "<no exception>" : c.error);
   }

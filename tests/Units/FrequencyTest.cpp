@@ -43,7 +43,7 @@ TEST(Frequency, ConversionsFromAndToPeriod)
   EXPECT_TRUE(Frequency(1010).IsCloseTo(Frequency(1000), 10));
   EXPECT_FALSE(Frequency(1000).IsCloseTo(Frequency(1011), 10));
 
-  EXPECT_EQ(messageOf<RTE::Exception>([] { (void)Frequency(0).ToHertz(); }),
+  EXPECT_EQ(MessageOf<RTE::Exception>([] { (void)Frequency(0).ToHertz(); }),
             "Division by zero when trying to calculate a frequency from a zero period.");
   EXPECT_THROW((void)Frequency(0).ToMilliHertz(), RTE::Exception);
   EXPECT_THROW(Frequency::FromMilliHertz(-1.0), RTE::InvalidArgumentError);
@@ -66,6 +66,6 @@ TEST(Frequency, TextForms)
   EXPECT_EQ(Frequency::FromString(QStringLiteral("2.5 kHz")), RTE::Hertz(2500.0));
   EXPECT_EQ(Frequency::FromString(QStringLiteral("2.5 mhz")), RTE::Hertz(2.5e6));
   EXPECT_THROW(Frequency::FromString(QStringLiteral("50Hz")), RTE::PostconditionFailed);
-  EXPECT_EQ(messageOf<RTE::Exception>([] { Frequency::FromString(QStringLiteral("50 rpm")); }),
+  EXPECT_EQ(MessageOf<RTE::Exception>([] { Frequency::FromString(QStringLiteral("50 rpm")); }),
             "Unknown unit - Don't know how to convert the given string '50 rpm' into a frequency.");
 }

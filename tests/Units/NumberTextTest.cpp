@@ -66,7 +66,7 @@ TEST(NumberText, ReadsWhatCProgramsWriteAndRejectsTheRest)
     EXPECT_FALSE(FloatConverter::tryToDouble(bad).has_value());
     EXPECT_THROW(FloatConverter::toDouble(bad), RTE::InvalidArgumentError);
   }
-  EXPECT_TRUE(messageOf<RTE::InvalidArgumentError>([] { FloatConverter::toDouble(u"1,5"); })
+  EXPECT_TRUE(MessageOf<RTE::InvalidArgumentError>([] { FloatConverter::toDouble(u"1,5"); })
                   .contains(QStringLiteral("'1,5' is not a number")));
   EXPECT_FALSE(FloatConverter::tryToDouble(QString(5000, QLatin1Char('1'))).has_value());
 }

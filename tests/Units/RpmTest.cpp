@@ -13,6 +13,6 @@ TEST(Rpm, ChecksAndConvertsRevolutions)
   for (double wrong : {-0.001, std::nan("")})
   {
     SCOPED_TRACE(wrong);
-    EXPECT_EQ(messageOf<RTE::InvalidArgumentError>([&] { RTE::Rpm{wrong}; }), "Invalid RPM value");
+    EXPECT_EQ(MessageOf<RTE::InvalidArgumentError>([&] { RTE::Rpm{wrong}; }), "Invalid RPM value");
   }
 }

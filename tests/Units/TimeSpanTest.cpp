@@ -95,14 +95,14 @@ TEST(TimeSpan, FromStringRejectsMalformedText)
   for (const QString& text : {QStringLiteral("5"), QStringLiteral("5  s"), QStringLiteral("5 s "), QString()})
   {
     SCOPED_TRACE(text.toStdString());
-    EXPECT_EQ(messageOf<RTE::PostconditionFailed>([&] { TimeSpan::FromString(text); }),
+    EXPECT_EQ(MessageOf<RTE::PostconditionFailed>([&] { TimeSpan::FromString(text); }),
               QStringLiteral("Postcondition failed: parts.size() == 2"));
   }
   for (const QString& text : {QStringLiteral("2 min"), QStringLiteral("2 S"), QStringLiteral("2 us")})
   {
     SCOPED_TRACE(text.toStdString());
     EXPECT_EQ(
-        messageOf<RTE::Exception>([&] { TimeSpan::FromString(text); }),
+        MessageOf<RTE::Exception>([&] { TimeSpan::FromString(text); }),
         QStringLiteral("Unknown unit - Don't know how to convert the given string '%1' into a TimeSpan.").arg(text));
   }
 }

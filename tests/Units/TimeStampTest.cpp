@@ -22,7 +22,7 @@ TEST(TimeStamp, ConstructionSplitsMilliseconds)
   EXPECT_EQ(t.GetFractionPicoSeconds(), 789000000000);
   EXPECT_EQ(t.GetAsQDateTimeWithMsPrecision(), withMs);
   EXPECT_EQ(TimeStamp().GetSecondsSinceEpoch(), 0);
-  EXPECT_EQ(messageOf<RTE::VerificationFailed>([] { TimeStamp(noon, 1000000000000ULL); }),
+  EXPECT_EQ(MessageOf<RTE::VerificationFailed>([] { TimeStamp(noon, 1000000000000ULL); }),
             "fraction value invalid: 1000000000000");
 }
 
@@ -82,7 +82,7 @@ TEST(TimeStamp, Iso8601Forms)
         QStringLiteral("2024-03-01 12:00:00Z"), QStringLiteral("2024-03-01T12:00:00+01:99")})
   {
     SCOPED_TRACE(bad.toStdString());
-    EXPECT_EQ(messageOf<RTE::InvalidArgumentError>([&] { TimeStamp::FromISO8601String(bad); }),
+    EXPECT_EQ(MessageOf<RTE::InvalidArgumentError>([&] { TimeStamp::FromISO8601String(bad); }),
               QStringLiteral("Invalid ISO 8601 time stamp: '%1'").arg(bad));
   }
 }

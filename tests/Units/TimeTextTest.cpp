@@ -107,7 +107,7 @@ TEST(TimeText, ReadsNumbersAndUnitsExactly)
     SCOPED_TRACE(tooLarge);
     EXPECT_THROW(reader.convert(u8(tooLarge)), RTE::OutOfRangeError);
   }
-  const QString unknown = messageOf<RTE::InvalidArgumentError>([&] { reader.convert(u8("5 furlongs")); });
+  const QString unknown = MessageOf<RTE::InvalidArgumentError>([&] { reader.convert(u8("5 furlongs")); });
   EXPECT_TRUE(unknown.contains(QStringLiteral("unknown time unit 'furlongs'"))) << unknown.toStdString();
 
   const RTE::DefaultStringToTimeConverter seconds(u"s");

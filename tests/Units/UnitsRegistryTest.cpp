@@ -76,7 +76,7 @@ TEST_F(UnitsRegistryTest, GetUnitsFindsTheSetOrThrowsNamingTheId)
 {
   EXPECT_EQ(registry.getUnits(u8("µs")).GetTypeIdentifier(), QStringLiteral("Time"));
   EXPECT_EQ(registry.getUnits(QStringLiteral("psi")).GetTypeIdentifier(), QStringLiteral("Pressure"));
-  EXPECT_EQ(messageOf<RTE::InvalidArgumentError>([&] { (void)registry.getUnits(QStringLiteral("furlong")); }),
+  EXPECT_EQ(MessageOf<RTE::InvalidArgumentError>([&] { (void)registry.getUnits(QStringLiteral("furlong")); }),
             "No units object with the given unit id (furlong) found.");
   // Ids differing only in case are different units.
   EXPECT_THROW((void)registry.getUnits(QStringLiteral("MM")), RTE::InvalidArgumentError);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "QStringPrinter.h"
+#include "Thrown.h"
 
 #include <QString>
 
@@ -9,20 +10,4 @@
 inline QString u8(const char* text)
 {
   return QString::fromUtf8(text);
-}
-
-// The message of the E that `fn` throws, or "<no exception>"; any other exception
-// escapes and fails the test.
-template <typename E, typename Fn>
-QString messageOf(Fn&& fn)
-{
-  try
-  {
-    fn();
-  }
-  catch (const E& e)
-  {
-    return e.message();
-  }
-  return QStringLiteral("<no exception>");
 }
