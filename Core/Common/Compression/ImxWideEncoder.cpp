@@ -107,7 +107,7 @@ struct WideGroups
 
   // A full group with a few literals, none of which folds: its bytes with 0x80 tokens
   // in the literals' places, packed at once and stored; after each literal its word,
-  // then the packed bytes after it again, stored two bytes further up. The first two
+  // then the packed bytes after it again, stored two bytes further up. The first three
   // literals take no branch: a missing one is taken as word 64, whose stores land past
   // the group's bytes (the group is full and not among the call's last 24 words, so
   // word 64 can be read and there is room).
@@ -127,7 +127,9 @@ struct WideGroups
     rest = _blsr_u64(rest);
     insertLiteral(out, words, kept, packed, rest, 1);
     rest = _blsr_u64(rest);
-    for (unsigned before = 2; rest != 0; rest = _blsr_u64(rest), ++before)
+    insertLiteral(out, words, kept, packed, rest, 2);
+    rest = _blsr_u64(rest);
+    for (unsigned before = 3; rest != 0; rest = _blsr_u64(rest), ++before)
       insertLiteral(out, words, kept, packed, rest, before);
     e.out = out + __builtin_popcountll(kept) + 2 * __builtin_popcountll(literals);
     // The literals at the group's end stay pending.
