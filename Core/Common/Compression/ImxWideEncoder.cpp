@@ -99,10 +99,9 @@ struct WideGroups
     const auto through = static_cast<unsigned>(__builtin_popcountll(_bzhi_u64(kept, at + 1)));
     uint8_t* const word = out + 2 * before + through;
     std::memcpy(word, words + 2 * at, 2);
-    _mm512_storeu_si512(word + 2, _mm512_permutexvar_epi8(
-                                      _mm512_add_epi8(_mm512_load_si512(slotTables.places[0]),
-                                                      _mm512_set1_epi8(static_cast<char>(through))),
-                                      packed));
+    _mm512_storeu_si512(word + 2, _mm512_permutexvar_epi8(_mm512_add_epi8(_mm512_load_si512(slotTables.places[0]),
+                                                                          _mm512_set1_epi8(static_cast<char>(through))),
+                                                          packed));
   }
 
   // A full group with a few literals, none of which folds: its bytes with 0x80 tokens
