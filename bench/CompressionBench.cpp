@@ -106,6 +106,8 @@ Image makeFlatField(const std::string& name, double level, double noise, unsigne
   return image;
 }
 
+// Every image has 2048 rows of its own: a stream that repeats a few hundred rows decodes
+// in up to 40% less time, as the branch predictor learns it, and would flatter the decoders.
 const std::vector<Image>& images()
 {
   static const std::vector<Image> all{
