@@ -140,7 +140,8 @@ TEST(RecipesKillTest, KilledAtRandomMoments)
     QByteArray output;
     while (!output.contains("ready") && child.waitForReadyRead(10000))
       output += child.readAllStandardOutput();
-    ASSERT_TRUE(output.contains("ready")) << output.constData();
+    ASSERT_TRUE(output.contains("ready"))
+        << "the child did not start: " << output.constData() << child.readAllStandardError().constData();
     QThread::usleep(random.bounded(1000U, 60000U));
     child.kill(); // SIGKILL
     child.waitForFinished();
